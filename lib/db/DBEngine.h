@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "db/Database.h"
+
+namespace tsv::db {
+
+// One kind of database. The first driver that recognises a path opens it.
+class Driver {
+ public:
+  virtual ~Driver() = default;
+
+  // path: as given by the client; firstBytes: up to 512 bytes of the file, empty when there is none.
+  virtual bool Recognises(std::string_view path, std::string_view firstBytes) const = 0;
+  virtual std::shared_ptr<Database> Open(std::string_view path, bool exclusive, bool readOnly, std::string_view connect) const = 0;
+};
+
+// A transaction space: what is begun here covers every database opened in it. Levels nest; an inner commit is undone
+// when an outer level rolls back.
+class Workspace {
+ public:
+  void BeginTrans();
+  void CommitTrans();  // without BeginTrans: 3034
+  void Rollback();     // without BeginTrans: 3034
+
+ private:
+  friend class DBEngine;
+  std::vector<std::weak_ptr<Database>> databases_;
+  std::vector<std::vector<std::weak_ptr<Database>>> levels_;  // who takes part in each open level
+};
+
+class DBEngine {
+ public:
+  explicit DBEngine(std::vector<std::unique_ptr<Driver>> drivers);
+
+  // connect: "MS Access;PWD=...". A missing file: 3024; no driver knows the file: 3343; wrong password: 3031.
+  std::shared_ptr<Database> OpenDatabase(std::string_view path, bool exclusive, bool readOnly, std::string_view connect);
+
+  Workspace& Workspaces(std::size_t index);  // only 0 exists; another: 3265
+
+  // Attached to every database opened from now on.
+  void Observe(std::shared_ptr<StatementObserver> observer);
+
+ private:
+  std::vector<std::unique_ptr<Driver>> drivers_;
+  std::shared_ptr<StatementObserver> observer_;
+  Workspace workspace_;
+};
+
+// The value of PWD in a connect string, empty when it has none.
+std::string_view PasswordIn(std::string_view connect);
+
+}  // namespace tsv::db
