@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "CLancamento.h"
+#include "db/Recordset.h"
+
+// How the ledger's own operations read it; clients have no part in it.
+namespace tsv::internal {
+
+// On its first row, its count complete. The caller has seen to it that the session's database is open.
+std::shared_ptr<db::Recordset> AbrirRecordset(std::string_view SQL, db::RecordsetTypeEnum Tipo);
+
+// The entry as its row stands now. No such entry: TS_ERRO_CARREGAR_LANCAMENTO.
+std::shared_ptr<CLancamento> CarregarLancamentoTS(std::int32_t IdLancamento);
+
+}  // namespace tsv::internal

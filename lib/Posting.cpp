@@ -1,0 +1,226 @@
+#include <limits>
+#include <optional>
+#include <string>
+
+#include "Loading.h"
+#include "Tesovia.h"
+#include "common/Balances.h"
+#include "common/CDaoTrans.h"
+#include "common/CHourGlass.h"
+#include "common/Errors.h"
+#include "common/MessageBox.h"
+#include "common/Recordsets.h"
+#include "common/Session.h"
+#include "common/Statement.h"
+#include "types/Conversions.h"
+
+namespace tsv {
+
+using namespace Module1;
+
+namespace {
+
+constexpr std::int32_t kInclusion = 1;  // the journal's code of this action
+
+// A new entry as its statements write it.
+struct EntryLiterals {
+  explicit EntryLiterals(const CLancamento& entry)
+      : Id(NumberLiteral(entry.Id())),
+        CodConta(TextLiteral(entry.CodConta())),
+        CodRecDesp(TextLiteral(entry.CodRecDesp())),
+        CodCentroCusto(TextOrNull(entry.CodCentroCusto())),
+        IdParceiroComl(NumberOrNull(entry.IdParceiroComl())),
+        Documento(TextOrNull(entry.Documento())),
+        Valor(AmountLiteral(entry.Valor())),
+        Data(DateLiteral(ToDate(entry.Data()))),
+        DataReferencia(DateLiteral(ToDate(entry.DataReferencia()))),
+        DataVencimento(DateLiteral(ToDate(entry.DataVencimento()))),
+        Historico(TextLiteral(entry.Historico())),
+        DataId(TextLiteral(entry.DataId())),
+        SaldoConta(AmountLiteral(entry.SaldoConta())),
+        SaldoRecDesp(AmountLiteral(entry.SaldoRecDesp())),
+        SaldoCentroCusto(AmountLiteral(entry.SaldoCentroCusto())),
+        SaldoParceiroComl(AmountLiteral(entry.SaldoParceiroComl())),
+        SaldoGlobal(AmountLiteral(entry.SaldoGlobal())),
+        IdUsuario(NumberLiteral(entry.IdUsuario())),
+        DesUsuario(TextLiteral(CurrentSession().DesUsuario)),
+        Realizado(TextLiteral(entry.Realizado())) {}
+
+  Literal Id, CodConta, CodRecDesp, CodCentroCusto, IdParceiroComl, Documento, Valor;
+  Literal Data, DataReferencia, DataVencimento, Historico, DataId;
+  Literal SaldoConta, SaldoRecDesp, SaldoCentroCusto, SaldoParceiroComl, SaldoGlobal;
+  Literal IdUsuario, DesUsuario, Realizado;
+};
+
+// The columns that the ledger and its journal name alike.
+void AppendCommonColumns(Statement& statement, const EntryLiterals& entry) {
+  statement << entry.Documento << " As Documento," << entry.Valor << " As Valor," << entry.Data << " As Data,"
+            << entry.DataReferencia << " As DataReferencia," << entry.DataVencimento << " As DataVencimento,"
+            << entry.Historico << " As Historico," << entry.DataId << " As DataId," << entry.SaldoGlobal
+            << " As SaldoGlobal," << entry.SaldoConta << " As SaldoConta, " << entry.SaldoRecDesp
+            << " As SaldoRecDesp, ";
+}
+
+// The master rows of the entry, each found once when it is active and not at all otherwise: what selects from them
+// inserts one row or none. The products with zero only relate tables that have nothing else in common.
+void AppendActiveMasters(Statement& statement, const EntryLiterals& entry) {
+  const bool hasCentre = !entry.CodCentroCusto.IsNull();
+  const bool hasPartner = !entry.IdParceiroComl.IsNull();
+  if (hasCentre) statement << ", CentrosDeCusto As U";
+  if (hasPartner) statement << ", ParceirosComerciais As P";
+  statement << " WHERE C.Codigo = " << entry.CodConta << " AND C.Inativa = False AND C.Excluida=False AND T.Codigo = "
+            << entry.CodRecDesp
+            << " AND T.Inativo = False AND T.Excluido=False AND Len(C.Codigo) * 0 = Len(T.Codigo) * 0 ";
+  if (hasCentre) {
+    statement << " AND U.Codigo = " << entry.CodCentroCusto
+              << " AND U.Inativo = False AND U.Excluido=False AND Len(T.Codigo) * 0 = Len(U.Codigo) * 0 ";
+  }
+  if (hasPartner) {
+    statement << " AND P.Id = " << entry.IdParceiroComl << " AND P.Inativo = False AND Len(T.Codigo) * 0 = P.Id * 0";
+  }
+}
+
+Statement EntryInsert(const EntryLiterals& entry) {
+  Statement insert;
+  insert << "INSERT INTO LANCAMENTOS Select " << entry.Id << " As Id, " << entry.CodConta << " As CodConta,"
+         << entry.CodRecDesp << " As CodRecDesp, " << entry.CodCentroCusto << " As CodCentroCusto, "
+         << entry.IdParceiroComl << " As IdParceiroComl, ";
+  AppendCommonColumns(insert, entry);
+  insert << entry.SaldoCentroCusto << " As SaldoCentroCusto, " << entry.SaldoParceiroComl << " As SaldoParceiroComl, "
+         << entry.IdUsuario << " As IdUsuario," << entry.Realizado
+         << " As Realizado, 0 as IdConcorrencia FROM Contas As C, TiposMovimentacoes As T ";
+  AppendActiveMasters(insert, entry);
+  return insert;
+}
+
+// The two partial balances and the marks are left to the journal's defaults: a new entry has none of them yet.
+Statement JournalInsert(const EntryLiterals& entry) {
+  const Fragment none("NULL");
+  const bool hasCentre = !entry.CodCentroCusto.IsNull();
+  const bool hasPartner = !entry.IdParceiroComl.IsNull();
+  Statement insert;
+  insert << "INSERT INTO HISTORICOSDELANCAMENTOS Select " << DateLiteral(CurrentSession().host->Now())
+         << " AS DataHora," << NumberLiteral(kInclusion) << " As IdAcao," << entry.Id
+         << " As Id, " << entry.CodConta << " As CodConta, C.DesConta," << entry.CodRecDesp
+         << " As CodRecDesp,T.DesMovimentacao, " << entry.CodCentroCusto << " As CodCentroCusto, "
+         << (hasCentre ? Fragment("U.DesCentroDeCusto") : none) << " As DesCentroDeCusto," << entry.IdParceiroComl
+         << " As IdParceiroComl," << (hasPartner ? Fragment("P.Nome") : none) << " As NomeParceiro,"
+         << (hasPartner ? Fragment("P.Filial") : none) << " As Filial,";
+  AppendCommonColumns(insert, entry);
+  insert << entry.IdUsuario << " As IdUsuario," << entry.DesUsuario << " As DesUsuario," << entry.Realizado
+         << " As Realizado FROM Contas As C , TiposMovimentacoes As T ";
+  AppendActiveMasters(insert, entry);
+  return insert;
+}
+
+// A type may take only incoming amounts, or only outgoing ones. The code is looked up as the client gave it.
+void RefuseWrongSign(std::string_view codRecDesp, Currency valor) {
+  constexpr std::int32_t kIncomingOnly = 1;
+  constexpr std::int32_t kOutgoingOnly = 2;
+  Statement select;
+  select << "Select Tipo From TiposMovimentacoes Where Codigo=" << TextLiteral(codRecDesp);
+  const ScopedRecordset type(internal::AbrirRecordset(select.Text(), db::dbOpenSnapshot));
+  if (type->RecordCount() == 0) {
+    GerarErro(TS_ERRO_LANCAMENTO, "Receita/despesa informada para o lançamento não existe.");
+  }
+  const Variant accepted = type->Fields("Tipo").Value();
+  if (IsNull(accepted)) return;
+  if (valor < Currency() && ToLong(accepted) == kIncomingOnly) {
+    GerarErro(TS_ERRO_LANCAMENTO,
+              "A receita/despesa informada está especificada para aceitar apenas lançamentos de entrada,"
+              "mas o valor informado é de saída.");
+  }
+  if (valor > Currency() && ToLong(accepted) == kOutgoingOnly) {
+    GerarErro(TS_ERRO_LANCAMENTO,
+              "A receita/despesa informada está especificada para aceitar apenas lançamentos de saída, "
+              "mas o valor informado é de entrada.");
+  }
+}
+
+std::int32_t Successor(std::int32_t serial) {
+  if (serial == std::numeric_limits<std::int32_t>::max()) Raise(RuntimeError::Overflow);
+  return serial + 1;
+}
+
+constexpr const char* kEntryNotInserted =
+    "Não foi possível incluir o lançamento.\n"
+    "Possível causa: a conta, receita/despesa, centro de custo/lucro ou cliente/fornecedor foi desativado.";
+constexpr const char* kJournalNotInserted =
+    "Não foi possível incluir o histórico do lançamento.\n"
+    "Possível causa: a conta, receita/despesa, centro de custo/lucro ou cliente/fornecedor foi desativado.";
+
+}  // namespace
+
+std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date DataReferencia, Currency Valor,
+                                                        std::string_view Historico, std::string_view CodConta,
+                                                        std::string_view CodRecDesp,
+                                                        std::string_view CodCentroDeCusto, std::int32_t IdParceiroComl,
+                                                        std::string_view Documento) {
+  return UnderHandler("em Tesovia.FazerLancamentoTS ", [&] {
+    ExigirBancoAberto();
+    RefuseWrongSign(CodRecDesp, Valor);
+
+    auto lancamento = std::make_shared<CLancamento>();
+    lancamento->CodConta(CodConta);
+    lancamento->CodRecDesp(CodRecDesp);
+    lancamento->Data(DataPrevisao);
+    lancamento->DataReferencia(DataReferencia);
+    lancamento->DataVencimento(DataPrevisao);
+    lancamento->Valor(Valor);
+    lancamento->Historico(Historico);
+    lancamento->Documento(Documento);
+    lancamento->CodCentroCusto(CodCentroDeCusto);
+    lancamento->IdParceiroComl(IdParceiroComl);
+    lancamento->IdUsuario(CurrentSession().IdUsuario);
+    lancamento->Validar();
+    lancamento->Realizado("?");
+
+    const Classificacao classificacao = {lancamento->CodConta(), lancamento->CodRecDesp(),
+                                         lancamento->CodCentroCusto(), lancamento->IdParceiroComl()};
+    const auto [serial, saldos] = LerSerialESaldos(classificacao, DataPrevisao, Valor);
+    lancamento->SaldoParceiroComl(saldos.ParceiroComl);
+    lancamento->SaldoCentroCusto(saldos.CentroCusto);
+    lancamento->SaldoConta(saldos.Conta);
+    lancamento->SaldoRecDesp(saldos.RecDesp);
+    lancamento->SaldoGlobal(saldos.Global);
+    lancamento->Id(Successor(serial));
+    lancamento->DataId(MontarDataId(DataPrevisao, lancamento->Id()));
+    const EntryLiterals literals(*lancamento);
+
+    std::optional<CHourGlass> busy(std::in_place);
+    CDaoTrans transaction;
+    transaction.BegTrans();
+
+    if (!ReivindicarSerial(serial)) {
+      transaction.RollBack();
+      busy.reset();
+      GerarErro(TS_ERRO_LANCAMENTO,
+                "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. "
+                "Tente novamente.");
+    }
+
+    // The box has told the user why; the error without a text keeps the client from telling it again.
+    const auto explainAndFail = [&](std::string_view reason) {
+      transaction.RollBack();
+      busy.reset();
+      MsgBox(reason);
+      throw Erro(TS_ERRO_LOGIN);
+    };
+    if (EntryInsert(literals).Execute() == 0) explainAndFail(kEntryNotInserted);
+    if (JournalInsert(literals).Execute() == 0) explainAndFail(kJournalNotInserted);
+
+    DeslocarSaldos(classificacao, Valor, lancamento->DataId());
+
+    const std::string codCCusto = classificacao.CodCentroCusto.empty() ? "$@#" : classificacao.CodCentroCusto;
+    if (!VerificarApos(classificacao.IdParceiroComl, codCCusto, classificacao.CodConta, classificacao.CodRecDesp,
+                       lancamento->DataId(), " ", saldos)) {
+      GerarErro(TS_ERRO_LANCAMENTO,
+                "Algumas informações de controle que afetam esta operação foram modificadas simultaneamente por outro "
+                "usuário enquanto se dava a inclusão.\nPor favor, clique novamente em 'Confirmar'.");
+    }
+    transaction.ComTrans();
+    return lancamento;
+  });
+}
+
+}  // namespace tsv

@@ -1,0 +1,27 @@
+#include "common/Engines.h"
+
+#include "db/dao/JetFileDriver.h"
+#include "db/postgres/ServerDriver.h"
+#include "db/sqlite/CreateLedger.h"
+#include "db/sqlite/LedgerDriver.h"
+
+namespace tsv {
+
+std::vector<std::unique_ptr<db::Driver>> AllDrivers() {
+  std::vector<std::unique_ptr<db::Driver>> drivers;
+  drivers.push_back(std::make_unique<db::postgres::ServerDriver>());
+  drivers.push_back(std::make_unique<db::dao::JetFileDriver>());
+  drivers.push_back(std::make_unique<db::sqlite::LedgerDriver>());
+  return drivers;
+}
+
+void CriarBancoDeDados(std::string_view path) {
+  const db::postgres::ServerDriver server;
+  if (server.Recognises(path, {})) {
+    server.Open(path, false, false, kConnect);
+  } else {
+    db::sqlite::CreateLedger(path, db::PasswordIn(kConnect));
+  }
+}
+
+}  // namespace tsv

@@ -1,0 +1,86 @@
+#include "common/Literals.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <optional>
+
+#include "common/Errors.h"
+#include "types/Conversions.h"
+#include "types/Text.h"
+
+namespace tsv::Module1 {
+
+namespace {
+
+constexpr const char* kNotNumeric = "Valor não numérico.";
+
+bool IsZero(const NumberText& number) {
+  return number.digits.empty() && number.decimals.find_first_not_of('0') == std::string::npos;
+}
+
+bool IsMissing(const Variant& value) {
+  return IsNull(value) || IsEmpty(value) || text::Trim(ToText(value)).empty();
+}
+
+std::string Joined(std::string_view a, std::string_view b) { return std::string(a).append(b); }
+
+}  // namespace
+
+std::string NtoDB(std::string_view texto, std::string_view textoVazio, std::string_view prefixo) {
+  const std::string_view trimmed = text::Trim(texto);
+  if (trimmed.empty()) return Joined(prefixo, textoVazio);
+  const std::optional<NumberText> number = ReadNumber(trimmed);
+  if (!number) throw Erro(TS_ERRO_LANCAMENTO, kNotNumeric, "NtoDB");
+  if (IsZero(*number)) return Joined(prefixo, textoVazio);
+  std::string digits(trimmed);
+  std::erase(digits, '.');
+  std::replace(digits.begin(), digits.end(), ',', '.');
+  return Joined(prefixo, digits);
+}
+
+std::string StoDB(std::string_view texto, std::string_view textoVazio, std::string_view prefixo) {
+  if (texto.empty() && text::Upper(textoVazio) == "NULL") return Joined(prefixo, textoVazio);
+  std::string literal(prefixo);
+  literal += '\'';
+  literal += texto.empty() ? textoVazio : texto;
+  literal += '\'';
+  return literal;
+}
+
+std::string DataSQL(Date data, std::int32_t formato) {
+  if (data == Date()) return "NULL";
+  const CivilTime t = data.ToCivil();
+  char literal[64];
+  switch (formato) {
+    case 1:
+      std::snprintf(literal, sizeof literal, "#%02d/%02d/%04d %02d:%02d:%02d#", t.month, t.day, t.year, t.hour,
+                    t.minute, t.second);
+      break;
+    case 2:
+      std::snprintf(literal, sizeof literal, "#%02d/%02d/%04d#", t.month, t.day, t.year);
+      break;
+    case 3:
+      std::snprintf(literal, sizeof literal, "#%02d:%02d:%02d#", t.hour, t.minute, t.second);
+      break;
+    default:
+      throw Erro(TS_ERRO_LANCAMENTO, "Formato de data inválido.", "DataSQL");
+  }
+  return literal;
+}
+
+std::string VtoS(const Variant& valor, const Variant& padrao) { return ToText(IsNull(valor) ? padrao : valor); }
+
+bool VtoB(const Variant& valor, const Variant& padrao) {
+  const bool whenMissing = ToBoolean(padrao);
+  if (IsMissing(valor)) return whenMissing;
+  if (IsNumeric(valor)) return ToBoolean(valor);
+  return text::Upper(ToText(valor)) == "TRUE";
+}
+
+Variant VtoN(const Variant& valor, const Variant& padrao) {
+  if (IsMissing(valor)) return padrao;
+  if (!IsNumeric(valor) && !IsDate(valor)) throw Erro(TS_ERRO_LANCAMENTO, kNotNumeric);
+  return valor;
+}
+
+}  // namespace tsv::Module1
