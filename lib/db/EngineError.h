@@ -16,6 +16,7 @@ enum class EngineError : std::int32_t {
   ReadOnly = 3027,
   WrongPassword = 3031,
   NoTransaction = 3034,
+  DiskError = 3043,
   CannotOpen = 3051,
   TooFewParameters = 3061,
   DuplicateDestination = 3063,
@@ -25,6 +26,7 @@ enum class EngineError : std::int32_t {
   UnknownTable = 3078,
   AmbiguousField = 3079,
   UnknownFunction = 3085,
+  NotAggregated = 3122,
   UnknownInsertField = 3127,
   InvalidStatement = 3129,
   SyntaxInFrom = 3131,
@@ -50,7 +52,6 @@ enum class EngineError : std::int32_t {
   SubqueryRows = 3354,
   ObjectClosed = 3420,
   ConversionError = 3421,
-  DiskError = 3043,
   CriteriaTypeMismatch = 3464,
 };
 

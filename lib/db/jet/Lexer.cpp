@@ -1,0 +1,217 @@
+#include "db/jet/Lexer.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+
+#include "db/EngineError.h"
+#include "db/jet/DateLiteral.h"
+#include "db/jet/Keywords.h"
+
+namespace tsv::db::jet {
+namespace {
+
+constexpr bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+constexpr bool IsBlank(char c) noexcept { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+constexpr bool IsNameStart(char c) noexcept {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
+}
+constexpr bool IsNamePart(char c) noexcept { return IsNameStart(c) || IsDigit(c) || c == '$'; }
+
+// Marks a literal's kind in the shape; no statement's own text can hold it.
+constexpr char kLiteralMark = '\x01';
+
+class Scanner {
+ public:
+  Scanner(std::string_view sql, Lexed& lexed) : sql_(sql), lexed_(lexed) {}
+
+  void Run() {
+    for (SkipBlanks(); at_ < sql_.size(); SkipBlanks()) Next();
+    Add(TokenKind::End, {});
+  }
+
+ private:
+  void SkipBlanks() {
+    while (at_ < sql_.size() && IsBlank(sql_[at_])) ++at_;
+  }
+
+  void Next() {
+    const char c = sql_[at_];
+    if (c == '\'' || c == '"') return Text(c);
+    if (c == '#') return DateBetweenSigns();
+    if (c == '[') return BracketedName();
+    if (IsDigit(c) || (c == '.' && at_ + 1 < sql_.size() && IsDigit(sql_[at_ + 1]) && !AfterName())) return Number(at_);
+    if (IsNameStart(c)) return Name();
+    if (c == '-' && !AfterOperand() && JoinsNumber()) return;
+    Operator();
+  }
+
+  void Add(TokenKind kind, std::string_view text) {
+    lexed_.tokens.push_back({kind, text, 0});
+    lexed_.shape += kind == TokenKind::Bracketed ? '[' : ' ';
+    lexed_.shape += text;
+    if (kind == TokenKind::Bracketed) lexed_.shape += ']';
+  }
+
+  void AddLiteral(char mark, Variant value) {
+    lexed_.tokens.push_back({TokenKind::Literal, {}, static_cast<std::uint32_t>(lexed_.literals.size())});
+    lexed_.literals.push_back(std::move(value));
+    lexed_.shape += kLiteralMark;
+    lexed_.shape += mark;
+  }
+
+  void Text(char quote) {
+    std::string value;
+    for (++at_;; ++at_) {
+      const std::size_t end = sql_.find(quote, at_);
+      if (end == std::string_view::npos) Raise(EngineError::SyntaxInExpression, "texto sem as aspas que o encerram");
+      value.append(sql_, at_, end - at_);
+      at_ = end + 1;
+      if (at_ >= sql_.size() || sql_[at_] != quote) break;
+      value += quote;
+    }
+    AddLiteral('T', std::move(value));
+  }
+
+  void DateBetweenSigns() {
+    const std::size_t end = sql_.find('#', at_ + 1);
+    if (end == std::string_view::npos) Raise(EngineError::SyntaxInExpression, "data sem o sinal # que a encerra");
+    const auto date = ReadDateLiteral(sql_.substr(at_ + 1, end - at_ - 1));
+    if (!date) Raise(EngineError::SyntaxInExpression, "data inválida entre sinais #");
+    at_ = end + 1;
+    AddLiteral('#', *date);
+  }
+
+  void BracketedName() {
+    const std::size_t end = sql_.find(']', at_);
+    if (end == std::string_view::npos || end == at_ + 1) Raise(EngineError::SyntaxInExpression, "nome entre colchetes incompleto");
+    Add(TokenKind::Bracketed, sql_.substr(at_ + 1, end - at_ - 1));
+    at_ = end + 1;
+  }
+
+  void Name() {
+    const std::size_t begin = at_;
+    while (at_ < sql_.size() && IsNamePart(sql_[at_])) ++at_;
+    Add(TokenKind::Name, sql_.substr(begin, at_ - begin));
+  }
+
+  void Operator() {
+    static constexpr std::array<std::string_view, 3> kPairs{"<>", "<=", ">="};
+    static constexpr std::string_view kSingles = "+-*/\\^&=<>(),.;!";
+    const std::string_view pair = sql_.substr(at_, 2);
+    const std::size_t length = std::find(kPairs.begin(), kPairs.end(), pair) != kPairs.end() ? 2 : 1;
+    if (length == 1 && kSingles.find(sql_[at_]) == std::string_view::npos) {
+      Raise(EngineError::SyntaxInExpression, "caractere que não pertence à linguagem");
+    }
+    Add(TokenKind::Operator, sql_.substr(at_, length));
+    at_ += length;
+  }
+
+  bool AfterName() const {
+    if (lexed_.tokens.empty()) return false;
+    const TokenKind kind = lexed_.tokens.back().kind;
+    return kind == TokenKind::Name || kind == TokenKind::Bracketed;
+  }
+
+  bool AfterOperand() const {
+    if (lexed_.tokens.empty()) return false;
+    const Token& last = lexed_.tokens.back();
+    if (last.kind == TokenKind::Operator) return last.text == ")";
+    return last.kind != TokenKind::Name || !ExpectsOperand(last.text);
+  }
+
+  // A power binds tighter than the sign before it, so such a number keeps its sign apart.
+  bool JoinsNumber() {
+    std::size_t digits = at_ + 1;
+    while (digits < sql_.size() && IsBlank(sql_[digits])) ++digits;
+    const bool number = digits < sql_.size() && (IsDigit(sql_[digits]) || (sql_[digits] == '.' && digits + 1 < sql_.size() && IsDigit(sql_[digits + 1])));
+    if (!number) return false;
+    std::size_t after = EndOfNumber(digits);
+    while (after < sql_.size() && IsBlank(sql_[after])) ++after;
+    if (after < sql_.size() && sql_[after] == '^') return false;
+    Number(digits, true);
+    return true;
+  }
+
+  std::size_t EndOfNumber(std::size_t at) const {
+    const auto digits = [&] {
+      while (at < sql_.size() && IsDigit(sql_[at])) ++at;
+    };
+    digits();
+    if (at < sql_.size() && sql_[at] == '.') {
+      ++at;
+      digits();
+    }
+    if (at < sql_.size() && (sql_[at] == 'e' || sql_[at] == 'E')) {
+      std::size_t exponent = at + 1;
+      if (exponent < sql_.size() && (sql_[exponent] == '+' || sql_[exponent] == '-')) ++exponent;
+      if (exponent < sql_.size() && IsDigit(sql_[exponent])) {
+        at = exponent;
+        digits();
+      }
+    }
+    return at;
+  }
+
+  void Number(std::size_t begin, bool negative = false) {
+    const std::size_t end = EndOfNumber(begin);
+    const std::string_view digits = sql_.substr(begin, end - begin);
+    at_ = end;
+    if (at_ < sql_.size() && IsNameStart(sql_[at_]) && !BeginsKeyword(sql_.substr(at_))) {
+      Raise(EngineError::SyntaxInExpression, "letras logo após um número");
+    }
+    if (const auto units = ExactUnits(digits, negative)) {
+      const std::int64_t whole = *units / Currency::kScale;
+      if (digits.find('.') == std::string_view::npos && whole >= std::numeric_limits<std::int32_t>::min() &&
+          whole <= std::numeric_limits<std::int32_t>::max()) {
+        return AddLiteral('L', static_cast<std::int32_t>(whole));
+      }
+      return AddLiteral('C', Currency::FromTenThousandths(*units));
+    }
+    double value = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    AddLiteral('D', negative ? -value : value);
+  }
+
+  static bool BeginsKeyword(std::string_view rest) {
+    std::size_t length = 0;
+    while (length < rest.size() && IsNamePart(rest[length])) ++length;
+    return IsReserved(rest.substr(0, length));
+  }
+
+  // The number in ten-thousandths when it has no exponent, at most four decimals and lies in currency's range.
+  static std::optional<std::int64_t> ExactUnits(std::string_view digits, bool negative) {
+    std::string_view whole = digits.substr(0, digits.find('.'));
+    std::string_view decimals = whole.size() < digits.size() ? digits.substr(whole.size() + 1) : std::string_view{};
+    while (!decimals.empty() && decimals.back() == '0') decimals.remove_suffix(1);
+    while (!whole.empty() && whole.front() == '0') whole.remove_prefix(1);
+    if (decimals.size() > 4 || whole.size() > 15) return std::nullopt;
+    std::uint64_t units = 0;
+    for (const std::string_view part : {whole, decimals}) {
+      for (const char c : part) {
+        if (!IsDigit(c)) return std::nullopt;
+        units = units * 10 + static_cast<std::uint64_t>(c - '0');
+      }
+    }
+    for (std::size_t i = decimals.size(); i < 4; ++i) units *= 10;
+    constexpr auto kLargest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+    if (units > kLargest + (negative ? 1 : 0)) return std::nullopt;
+    return static_cast<std::int64_t>(negative ? 0 - units : units);
+  }
+
+  std::string_view sql_;
+  Lexed& lexed_;
+  std::size_t at_ = 0;
+};
+
+}  // namespace
+
+void Lex(std::string_view sql, Lexed& lexed) {
+  lexed.tokens.clear();
+  lexed.literals.clear();
+  lexed.shape.clear();
+  Scanner(sql, lexed).Run();
+}
+
+}  // namespace tsv::db::jet
