@@ -10,6 +10,7 @@ namespace tsv::db {
 
 // The legacy engine's numbers, kept by every engine so that clients can go on testing them.
 enum class EngineError : std::int32_t {
+  TableExists = 3010,
   NoCurrentRecord = 3021,
   DuplicateKey = 3022,
   FileNotFound = 3024,

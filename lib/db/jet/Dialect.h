@@ -36,10 +36,13 @@ class Dialect {
   virtual std::string Like(const std::string& text, const std::string& pattern) const = 0;
   virtual std::string LikePrefix(const std::string& text, const std::string& prefix) const = 0;  // text LIKE prefix & '*'
 
+  // Abs of a condition: 1 or 0, which running balances multiply by.
+  virtual std::string Magnitude(const std::string& condition) const = 0;
+
   // A function of the table in Functions.h; types are those of the arguments as given.
   virtual std::string Call(const Function& function, std::span<const std::string> arguments, std::span<const ValueType> types) const = 0;
 
-  // Sum, Avg, Min, Max, First, Last, Count over a value of the type.
+  // Sum, Avg, Min, Max, First, Last, Count over a value of the type; Single is the one value of a subquery (two: 3354).
   virtual std::string Aggregate(std::string_view name, ValueType type, const std::string& value) const = 0;
 };
 

@@ -1,0 +1,181 @@
+#include "db/jet/Writer.h"
+
+#include "db/jet/ExpressionWriter.h"
+
+namespace tsv::db::jet {
+namespace {
+
+class StatementWriter {
+ public:
+  StatementWriter(const Statement& statement, const Lexed& lexed, const Dialect& dialect)
+      : statement_(statement), lexed_(lexed), dialect_(dialect), expressions_(dialect, [this](const Query& q) { return WriteQuery(q); }) {}
+
+  Written Run() {
+    Written written;
+    switch (statement_.kind) {
+      case Statement::Kind::Select: written.sql = WriteQuery(*statement_.query); break;
+      case Statement::Kind::Insert: written.sql = Insert(); break;
+      case Statement::Kind::Update: written.sql = Update(); break;
+      case Statement::Kind::Delete: written.sql = "DELETE FROM " + Source(*statement_.from) + Where(); break;
+      case Statement::Kind::CreateTable: break;
+    }
+    written.parameters = std::move(expressions_.Parameters());
+    return written;
+  }
+
+ private:
+  std::string WriteQuery(const Query& query) {
+    if (query.blocks.size() == 1) return Block(query.blocks[0], query.orderBy);
+    std::string united;
+    for (std::size_t i = 0; i < query.blocks.size(); ++i) {
+      if (i > 0) united += query.unionAll[i - 1] ? " UNION ALL " : " UNION ";
+      const SelectBlock& block = query.blocks[i];
+      const std::string written = Block(block, {}, true);
+      united += block.top ? "SELECT * FROM (" + written + ") AS " + dialect_.Name("=b") : written;
+    }
+    if (query.orderBy.empty()) return united;
+    std::string order;
+    for (const OrderItem& item : query.orderBy) {
+      const Expression& value = *query.blocks[0].items[*item.place].value;
+      const std::string column = dialect_.Name("c" + std::to_string(*item.place + 1));
+      const bool language = value.type == ValueType::Text && !value.exact;
+      order += (order.empty() ? " ORDER BY " : ", ") + (language ? dialect_.SortKey(column) : column) + (item.descending ? " DESC" : "");
+    }
+    return "SELECT * FROM (" + united + ") AS " + dialect_.Name("=u") + order;
+  }
+
+  // Results are called c1, c2 ...: their own names may repeat, and are known to the binder.
+  std::string Block(const SelectBlock& block, const std::vector<OrderItem>& orderBy, bool compared = false) {
+    std::string text = block.distinct ? "SELECT DISTINCT " : "SELECT ";
+    for (std::size_t i = 0; i < block.items.size(); ++i) {
+      const Expression& value = *block.items[i].value;
+      if (i > 0) text += ", ";
+      text += compared || block.distinct ? expressions_.EqualityKey(value) : expressions_.Write(value);
+      text += " AS " + dialect_.Name("c" + std::to_string(i + 1));
+    }
+    const bool ranked = block.top && !orderBy.empty();
+    for (std::size_t i = 0; ranked && i < orderBy.size(); ++i) text += ", " + OrderKey(block, orderBy[i]) + " AS " + dialect_.Name(KeyName(i));
+    text += Sources(block);
+    if (block.where) text += " WHERE " + expressions_.Write(*block.where);
+    for (std::size_t i = 0; i < block.groupBy.size(); ++i) {
+      text += (i == 0 ? " GROUP BY " : ", ") + expressions_.EqualityKey(*block.groupBy[i]);
+    }
+    if (block.having) text += " HAVING " + expressions_.Write(*block.having);
+    if (block.top) return Limited(block, orderBy, text);
+    for (std::size_t i = 0; i < orderBy.size(); ++i) {
+      text += (i == 0 ? " ORDER BY " : ", ") + OrderKey(block, orderBy[i]) + Direction(orderBy[i]);
+    }
+    return text;
+  }
+
+  // TOP keeps every row that ties with the last one under ORDER BY, so rows are ranked, not counted.
+  std::string Limited(const SelectBlock& block, const std::vector<OrderItem>& orderBy, const std::string& inner) const {
+    const std::string count = std::to_string(std::get<std::int32_t>(lexed_.literals[block.top->literal]));
+    if (orderBy.empty() && !block.top->percent) return inner + " LIMIT " + count;
+    std::string window;
+    for (std::size_t i = 0; i < orderBy.size(); ++i) {
+      const ValueType type = KeyType(block, orderBy[i]);
+      const std::string key = dialect_.Name(KeyName(i));
+      window += (i == 0 ? "ORDER BY " : ", ") + (type == ValueType::Text ? dialect_.SortKey(key) : key) + Direction(orderBy[i]);
+    }
+    std::string columns;
+    for (std::size_t i = 0; i < block.items.size(); ++i) columns += (i > 0 ? ", " : "") + dialect_.Name("c" + std::to_string(i + 1));
+    const std::string place = dialect_.Name("=place");
+    const std::string kept = block.top->percent ? "(" + place + " - 1) * 100 < " + dialect_.Name("=total") + " * " + count : place + " <= " + count;
+    return "SELECT " + columns + " FROM (SELECT *, " + (orderBy.empty() ? "row_number()" : "rank()") + " OVER (" + window + ") AS " + place +
+           ", count(*) OVER () AS " + dialect_.Name("=total") + " FROM (" + inner + ") AS " + dialect_.Name("=i") + ") AS " +
+           dialect_.Name("=r") + " WHERE " + kept + " ORDER BY " + place;
+  }
+
+  static std::string KeyName(std::size_t i) { return "=k" + std::to_string(i + 1); }
+  static std::string Direction(const OrderItem& item) { return item.descending ? " DESC" : ""; }
+
+  static const Expression& KeyOf(const SelectBlock& block, const OrderItem& item) {
+    return item.place ? *block.items[*item.place].value : *item.value;
+  }
+  static ValueType KeyType(const SelectBlock& block, const OrderItem& item) {
+    const Expression& key = KeyOf(block, item);
+    return key.exact ? ValueType::Null : key.type;
+  }
+  std::string OrderKey(const SelectBlock& block, const OrderItem& item) { return expressions_.SortKey(KeyOf(block, item)); }
+
+  std::string Sources(const SelectBlock& block) {
+    std::string text;
+    for (const auto& from : block.from) {
+      const bool join = from->left != nullptr;
+      const std::string source = Source(*from);
+      text += (text.empty() ? " FROM " : ", ") + (join && block.from.size() > 1 ? "(" + source + ")" : source);
+    }
+    return text;
+  }
+
+  std::string Source(const From& from) {
+    switch (from.kind) {
+      case From::Kind::Table: return dialect_.Name(from.name) + " AS " + dialect_.Name(from.alias);
+      case From::Kind::Derived: return "(" + WriteQuery(*from.query) + ") AS " + dialect_.Name(from.alias);
+      case From::Kind::Inner:
+      case From::Kind::Left:
+      case From::Kind::Right: break;
+    }
+    // Joins associate to the left, so only a join on the right needs its parentheses.
+    const std::string left = Source(*from.left);
+    const std::string right = Source(*from.right);
+    const std::string_view kind = from.kind == From::Kind::Inner ? " INNER JOIN " : from.kind == From::Kind::Left ? " LEFT JOIN " : " RIGHT JOIN ";
+    std::string text = left;
+    text += kind;
+    text += from.right->left ? "(" + right + ")" : right;
+    return text + " ON " + expressions_.Write(*from.on);
+  }
+
+  std::string Where() { return statement_.where ? " WHERE " + expressions_.Write(*statement_.where) : ""; }
+
+  std::string Insert() {
+    std::string text = "INSERT INTO " + dialect_.Name(statement_.table) + " (";
+    for (std::size_t i = 0; i < statement_.columns.size(); ++i) text += (i > 0 ? ", " : "") + dialect_.Name(statement_.columns[i]);
+    text += ") ";
+    if (statement_.query) return text + WriteQuery(*statement_.query);
+    for (std::size_t i = 0; i < statement_.values.size(); ++i) text += (i == 0 ? "VALUES (" : ", ") + expressions_.Write(*statement_.values[i]);
+    return text + ")";
+  }
+
+  // The joined tables become sources and conditions beside the one table that changes.
+  std::string Update() {
+    std::string target;
+    std::string others;
+    std::string conditions;
+    std::string set;
+    for (const Assignment& assignment : statement_.assignments) {
+      set += (set.empty() ? " SET " : ", ") + dialect_.Name(assignment.target->name) + " = " + expressions_.Write(*assignment.value);
+    }
+    Flatten(*statement_.from, target, others, conditions);
+    if (statement_.where) conditions += (conditions.empty() ? " WHERE " : " AND ") + expressions_.Write(*statement_.where);
+    return "UPDATE " + target + set + others + conditions;
+  }
+
+  void Flatten(const From& from, std::string& target, std::string& others, std::string& conditions) {
+    if (!from.left) {
+      if (from.alias == statement_.table) {
+        target = Source(from);
+      } else {
+        others += (others.empty() ? " FROM " : ", ") + Source(from);
+      }
+      return;
+    }
+    Flatten(*from.left, target, others, conditions);
+    Flatten(*from.right, target, others, conditions);
+    conditions += (conditions.empty() ? " WHERE " : " AND ") + expressions_.Write(*from.on);
+  }
+
+  const Statement& statement_;
+  const Lexed& lexed_;
+  const Dialect& dialect_;
+  ExpressionWriter expressions_;
+};
+
+}  // namespace
+
+Written Write(const Statement& statement, const Lexed& lexed, const Dialect& dialect) {
+  return StatementWriter(statement, lexed, dialect).Run();
+}
+
+}  // namespace tsv::db::jet
