@@ -33,6 +33,31 @@ bool BeginsWithFolded(std::string_view text, std::string_view prefix) noexcept;
 
 // The language's order, for sorting what people read: punctuation, digits, letters; accents decide only between
 // texts of the same letters, hyphens and apostrophes only after them. Equal exactly where CompareFolded says so.
-int CompareLanguage(std::string_view a, std::string_view b);
+int CompareLanguage(std::string_view a, std::string_view b) noexcept;
+
+// Reads a text as that folding sees it, one lower-case code point at a time; a ligature gives its letters one by one.
+// A copy remembers a place in the text.
+class FoldedReader {
+ public:
+  explicit FoldedReader(std::string_view text) noexcept : text_(text) {}
+
+  bool AtEnd() const noexcept { return pending_ == 0 && offset_ == text_.size(); }
+
+  char32_t Next() noexcept {
+    const auto byte = static_cast<unsigned char>(text_[offset_]);
+    if (pending_ == 0 && byte < 0x80) {
+      ++offset_;
+      return byte >= 'A' && byte <= 'Z' ? byte + 0x20u : byte;
+    }
+    return NextBeyondAscii();
+  }
+
+ private:
+  char32_t NextBeyondAscii() noexcept;
+
+  std::string_view text_;
+  std::size_t offset_ = 0;
+  char32_t pending_ = 0;  // the second letter of a ligature
+};
 
 }  // namespace tsv::text
