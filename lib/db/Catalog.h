@@ -22,7 +22,7 @@ struct Column {
   bool required = false;         // Null raises 3314
   bool allowZeroLength = false;  // otherwise '' raises 3315
   bool exact = false;            // a text compared to the letter: case, blanks and order by code point
-  Variant defaultValue;          // for inserts that do not name the column; Empty: Null
+  Variant defaultValue = Empty{};  // for inserts that do not name the column; Empty: Null
 };
 
 struct Index {
@@ -52,7 +52,11 @@ class Catalog {
   const Table* Find(std::string_view table) const;  // without regard to case; nothing when there is none
 
  private:
-  std::map<std::string, Table> tables_;  // by upper-case name
+  struct FoldedLess {
+    using is_transparent = void;
+    bool operator()(std::string_view a, std::string_view b) const;
+  };
+  std::map<std::string, Table, FoldedLess> tables_;
 };
 
 }  // namespace tsv::db

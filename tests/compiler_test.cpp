@@ -1,0 +1,130 @@
+// The Jet SQL front end by itself: what it refuses and with which number, and which texts share one template.
+#include "db/jet/Compiler.h"
+
+#include <gtest/gtest.h>
+
+#include "db/EngineError.h"
+#include "db/jet/DateLiteral.h"
+#include "support/PlainDialect.h"
+
+namespace tsv::db::jet {
+namespace {
+
+Catalog SmallCatalog() {
+  Catalog catalog;
+  Table entries{"Lancamentos", {}, {}, {}, {}};
+  entries.columns.push_back({.name = "Id", .type = ValueType::Long});
+  entries.columns.push_back({.name = "Codigo", .type = ValueType::Text});
+  entries.columns.push_back({.name = "Valor", .type = ValueType::Currency});
+  entries.columns.push_back({.name = "DataId", .type = ValueType::Text, .exact = true});
+  entries.columns.push_back({.name = "Inativo", .type = ValueType::Boolean});
+  Table accounts{"Contas", {}, {}, {}, {}};
+  accounts.columns.push_back({.name = "Id", .type = ValueType::Long});
+  accounts.columns.push_back({.name = "Nome", .type = ValueType::Text});
+  catalog.Add(entries);
+  catalog.Add(accounts);
+  return catalog;
+}
+
+Compiled CompileText(std::string_view sql) {
+  static const Catalog catalog = SmallCatalog();
+  Lexed lexed;
+  Lex(sql, lexed);
+  return Compile(lexed, catalog, test::PlainDialect());
+}
+
+std::int32_t NumberOf(std::string_view sql) {
+  try {
+    CompileText(sql);
+  } catch (const Erro& erro) {
+    return erro.Numero();
+  }
+  return 0;
+}
+
+std::string ShapeOf(std::string_view sql) {
+  Lexed lexed;
+  Lex(sql, lexed);
+  return lexed.shape;
+}
+
+TEST(Lexer, TextsThatDifferInValuesShareAShape) {
+  const std::string shape = ShapeOf("UPDATE T SET V = V + 10.00 WHERE K > '2008'");
+  EXPECT_EQ(ShapeOf("UPDATE T  SET V=V + -1234.5678 WHERE K > '''x'"), shape);
+  EXPECT_NE(ShapeOf("UPDATE T SET V = V - 10.00 WHERE K > '2008'"), shape);
+  EXPECT_NE(ShapeOf("UPDATE T SET V = V + 10 WHERE K > '2008'"), shape);
+}
+
+TEST(Lexer, ASignBelongsToANumberOnlyWhereItCannotBeBinary) {
+  Lexed lexed;
+  Lex("a -1, -2, --3, -2 ^ 2, (4)-5, [x]-6", lexed);
+  const std::vector<Variant> expected{1, -2, -3, 2, 2, 4, 5, 6};
+  EXPECT_EQ(lexed.literals, expected);
+}
+
+TEST(Lexer, NumbersKeepTheirExactValueAsFarAsCurrencyGoes) {
+  Lexed lexed;
+  Lex("2147483647, 2147483648, 0.35, 922337203685477.5807, -922337203685477.5808, 922337203685477.5808, 0.00001, 1E2", lexed);
+  const auto units = [](std::int64_t u) { return Variant(Currency::FromTenThousandths(u)); };
+  const std::vector<Variant> expected{2147483647,       units(21474836480000), units(3500), units(INT64_MAX),
+                                      units(INT64_MIN), 922337203685477.5808,  0.00001,     100.0};
+  EXPECT_EQ(lexed.literals, expected);
+}
+
+TEST(DateLiteral, ReadsMonthFirstAndSwapsWhatCannotBe) {
+  EXPECT_EQ(ReadDateLiteral("03/07/2004 14:05:09"), Date::FromCivil({2004, 3, 7, 14, 5, 9}));
+  EXPECT_EQ(ReadDateLiteral("13/02/2004"), Date::FromCivil(2004, 2, 13));
+  EXPECT_EQ(ReadDateLiteral("2004-02-13"), Date::FromCivil(2004, 2, 13));
+  EXPECT_EQ(ReadDateLiteral("9:30 PM"), Date::FromCivil({1899, 12, 30, 21, 30, 0}));
+  EXPECT_FALSE(ReadDateLiteral("02/30/2004"));
+  EXPECT_FALSE(ReadDateLiteral("02/03/2004 25:00"));
+}
+
+TEST(Compiler, RefusesWithTheEnginesNumbers) {
+  EXPECT_EQ(NumberOf("SELECT Id FROM Lancamentos"), 0);
+  EXPECT_EQ(NumberOf("SELECT Id FROM Lancamentos;"), 0);
+  EXPECT_EQ(NumberOf("SELECT Id FROM Lancamentos; DELETE * FROM Lancamentos"), 3142);
+  EXPECT_EQ(NumberOf("SELECT Id FROM Lancamentos WHERE Codigo = 'x' y"), 3075);
+  EXPECT_EQ(NumberOf("SELECT Id FROM Lancamentos WHERE Codigo = 'O'Brien'"), 3075);
+  EXPECT_EQ(NumberOf("SELECT Id FROM Nada"), 3078);
+  EXPECT_EQ(NumberOf("SELECT Id FROM Lancamentos, Contas"), 3079);
+  EXPECT_EQ(NumberOf("SELECT Foo(Id) FROM Lancamentos"), 3085);
+  EXPECT_EQ(NumberOf("SELECT Codigo, Count(*) FROM Lancamentos GROUP BY Id"), 3122);
+  EXPECT_EQ(NumberOf("INSERT INTO Lancamentos SELECT 1 As Id, 2 As Foo"), 3127);
+  EXPECT_EQ(NumberOf("INSERT INTO Lancamentos SELECT 1 As Id, 2 As ID"), 3063);
+  EXPECT_EQ(NumberOf("INSERT INTO Lancamentos (Id, Valor) VALUES (1)"), 3346);
+  EXPECT_EQ(NumberOf("DROP TABLE Lancamentos"), 3129);
+  EXPECT_EQ(NumberOf("SELECT Id FROM Lancamentos WHERE Codigo = 5"), 3464);
+  EXPECT_EQ(NumberOf("SELECT Id INTO Copia FROM Lancamentos"), 3219);
+  EXPECT_EQ(NumberOf("UPDATE Lancamentos AS L LEFT JOIN Contas AS C ON L.Id = C.Id SET L.Valor = 0"), 3251);
+  EXPECT_EQ(NumberOf("SELECT " + std::string(100000, '(') + "1"), 3075);
+}
+
+TEST(Compiler, MessagesTellTheConstructAndNeverTheStatement) {
+  try {
+    CompileText("SELECT Id FROM Lancamentos WHERE Codigo = 'ana' AND Codigo = 'se'gredo'");
+    FAIL();
+  } catch (const Erro& erro) {
+    EXPECT_EQ(erro.Descricao().find("gredo"), std::string::npos) << erro.Descricao();
+  }
+  try {
+    CompileText("TRANSFORM Sum(Valor) SELECT Id FROM Lancamentos GROUP BY Id PIVOT Codigo");
+    FAIL();
+  } catch (const Erro& erro) {
+    EXPECT_NE(erro.Descricao().find("PIVOT"), std::string::npos) << erro.Descricao();
+  }
+}
+
+TEST(Compiler, UnknownNamesAreParameters) {
+  const Compiled compiled = CompileText("SELECT Id FROM Lancamentos WHERE Id > [de onde] AND Id < ate AND Id <> [DE ONDE]");
+  EXPECT_EQ(compiled.names, (std::vector<std::string>{"de onde", "ate"}));
+  EXPECT_EQ(compiled.parameters.size(), 3U);
+}
+
+TEST(Compiler, OnlyLiteralsThatShapeTheSqlSplitATemplate) {
+  EXPECT_TRUE(CompileText("SELECT Id FROM Lancamentos WHERE Valor > 10.5 AND Codigo LIKE 'a*'").fixed.empty());
+  EXPECT_EQ(CompileText("SELECT TOP 3 Id FROM Lancamentos ORDER BY 1").fixed.size(), 2U);
+}
+
+}  // namespace
+}  // namespace tsv::db::jet

@@ -1,0 +1,79 @@
+// What clients' SELECTs return, held against results that were confirmed on the legacy engine's dialect.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "support/EmptyLedger.h"
+#include "types/Conversions.h"
+#include "types/Erro.h"
+#include "types/Text.h"
+
+namespace tsv::test {
+namespace {
+
+using Json = nlohmann::json;
+
+Json ToJson(const Variant& value, const std::string& type) {
+  if (IsNull(value)) return nullptr;
+  if (type == "number") return ToDouble(value);
+  if (type == "boolean") return ToBoolean(value);
+  if (type == "date") {
+    std::string iso = std::get<Date>(value).ToIso();
+    iso[10] = 'T';
+    return iso;
+  }
+  return std::get<std::string>(value);
+}
+
+Json RowsOf(db::Recordset& recordset, const Json& pair) {
+  Json rows = Json::array();
+  for (; !recordset.EndOfFile(); recordset.MoveNext()) {
+    Json row = Json::array();
+    for (std::size_t i = 0; i < recordset.FieldCount(); ++i) row.push_back(ToJson(recordset.Fields(i).Value(), pair["types"][i]));
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+std::shared_ptr<db::Recordset> Open(db::Database& database, const Json& pair) {
+  const std::string sql = pair["sql"];
+  if (!pair.contains("parameters")) return database.OpenRecordset(sql, db::dbOpenSnapshot);
+  const auto query = database.CreateQueryDef(sql);
+  for (const auto& [name, value] : pair["parameters"].items()) {
+    query->Parameters(name).Value = value.is_string() ? Variant(value.get<std::string>()) : Variant(value.get<std::int32_t>());
+  }
+  return query->OpenRecordset();
+}
+
+TEST(Selects, GiveTheListedResults) {
+  std::ifstream file(TSV_TEST_DATA "/selects.json");
+  const Json data = Json::parse(file);
+  const EmptyLedger ledger;
+  const auto database = ledger.Open();
+  for (const std::string sql : data["setup"]) database->Execute(sql);
+  ASSERT_EQ(data["pairs"].size(), 112U);
+  for (const Json& pair : data["pairs"]) {
+    SCOPED_TRACE(pair["name"].get<std::string>() + ": " + pair["sql"].get<std::string>());
+    try {
+      const auto recordset = Open(*database, pair);
+      ASSERT_EQ(recordset->FieldCount(), pair["columns"].size());
+      for (std::size_t i = 0; i < recordset->FieldCount(); ++i) {
+        EXPECT_EQ(text::CompareFolded(recordset->Fields(i).Name(), pair["columns"][i].get<std::string>()), 0);
+      }
+      Json actual = RowsOf(*recordset, pair);
+      Json expected = pair["expected"];
+      if (!pair["ordered"].get<bool>()) {
+        std::sort(actual.begin(), actual.end());
+        std::sort(expected.begin(), expected.end());
+      }
+      EXPECT_EQ(actual, expected);
+    } catch (const Erro& erro) {
+      ADD_FAILURE() << erro.Numero() << " " << erro.Descricao();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tsv::test
