@@ -16,7 +16,8 @@ class Driver {
 
   // path: as given by the client; firstBytes: up to 512 bytes of the file, empty when there is none.
   virtual bool Recognises(std::string_view path, std::string_view firstBytes) const = 0;
-  virtual std::shared_ptr<Database> Open(std::string_view path, bool exclusive, bool readOnly, std::string_view connect) const = 0;
+  virtual std::shared_ptr<Database> Open(std::string_view path, bool exclusive, bool readOnly,
+                                         std::string_view connect) const = 0;
 };
 
 // A transaction space: what is begun here covers every database opened in it. Levels nest; an inner commit is undone
@@ -24,13 +25,18 @@ class Driver {
 class Workspace {
  public:
   void BeginTrans();
-  void CommitTrans();  // without BeginTrans: 3034
-  void Rollback();     // without BeginTrans: 3034
+
+  // Without BeginTrans both raise 3034. A failed commit leaves its level open for a rollback; a rollback always ends
+  // its level, whatever it raises.
+  void CommitTrans();
+  void Rollback();
 
  private:
   friend class DBEngine;
-  std::vector<std::weak_ptr<Database>> databases_;
-  std::vector<std::vector<std::weak_ptr<Database>>> levels_;  // who takes part in each open level
+  using Level = std::vector<std::weak_ptr<Database>>;
+
+  Level databases_;
+  std::vector<Level> levels_;  // who takes part in each open level
 };
 
 class DBEngine {
@@ -38,7 +44,9 @@ class DBEngine {
   explicit DBEngine(std::vector<std::unique_ptr<Driver>> drivers);
 
   // connect: "MS Access;PWD=...". A missing file: 3024; no driver knows the file: 3343; wrong password: 3031.
-  std::shared_ptr<Database> OpenDatabase(std::string_view path, bool exclusive, bool readOnly, std::string_view connect);
+  // A folder, or a file that may not be read: 3051.
+  std::shared_ptr<Database> OpenDatabase(std::string_view path, bool exclusive, bool readOnly,
+                                         std::string_view connect);
 
   Workspace& Workspaces(std::size_t index);  // only 0 exists; another: 3265
 

@@ -62,6 +62,7 @@ class Database {
 
  private:
   friend class Workspace;
+  virtual bool IsOpen() const = 0;
   virtual void Begin() = 0;  // one more level: the first takes the one writer's place (waiting past the timeout: 3260)
   virtual void Commit() = 0;
   virtual void Rollback() = 0;
