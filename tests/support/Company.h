@@ -1,0 +1,102 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/Session.h"
+#include "support/Errors.h"
+#include "tsvlib2.h"
+
+namespace tsv::test {
+
+inline Currency Cents(std::int64_t cents) { return Currency::FromTenThousandths(cents * 100); }
+inline Date Day(int year, int month, int day) { return Date::FromCivil(year, month, day); }
+
+// A ledger of its own in a folder of its own, with a small company in it:
+// users ana/segredo (id 7) and rui/segredo (deactivated);
+// accounts 1, 1.1, 1.1.2, 1.1.2.5, 1.2, 1.20, B, B.1, and 9 (deactivated), 8 (deleted);
+// types 0, 00, 0012, 2 (in only), 3 (out only), and 9 (deactivated), beside the reserved 001;
+// cost centres 1, 1.1, 1.10, and 9 (deactivated); partners 1, 2, and 9 (deactivated).
+class Company {
+ public:
+  Company();
+  ~Company();
+  Company(const Company&) = delete;
+  Company& operator=(const Company&) = delete;
+
+  const std::string& Path() const { return path_; }
+  std::shared_ptr<db::Database> Open() const;  // outside any session
+  void Execute(std::string_view sql) const;
+
+ private:
+  std::string folder_;
+  std::string path_;
+};
+
+class RecordingHost : public Host {
+ public:
+  std::vector<std::string> events;
+  std::int32_t pointer = 2;
+  std::function<void()> onBox;
+
+  void ShowBusyPointer() override { events.push_back("busy"); }
+  void ShowNormalPointer() override { events.push_back("normal"); }
+  std::int32_t Pointer() override { return pointer; }
+  void Pointer(std::int32_t code) override { events.push_back("pointer " + std::to_string(pointer = code)); }
+  std::int32_t MessageBox(std::string_view prompt, std::int32_t buttons, std::string_view title, std::string_view,
+                          std::int32_t) override;
+  void DiscardPendingInput() override { events.push_back("discard"); }
+  Date Now() override { return Date::FromCivil({2008, 7, 4, 18, 5, 9}); }
+};
+
+// Keeps what ran, and can step in before each statement.
+class Recorder : public db::StatementObserver {
+ public:
+  struct Statement {
+    std::string text;
+    std::int32_t affected;
+  };
+  std::vector<Statement> ran;
+  std::function<void(std::string_view text)> before;
+
+  void AboutToRun(std::string_view text) override {
+    if (before) before(text);
+  }
+  void HasRun(std::string_view text, std::int32_t affected) override { ran.push_back({std::string(text), affected}); }
+  std::vector<std::string> Texts() const;
+};
+
+struct Posting {
+  Date date;
+  Currency amount;
+  std::string account;
+  std::string type;
+  std::string centre = {};
+  std::int32_t partner = 0;
+  std::string history = "Lançamento";
+  std::string document = {};
+  Date reference = Day(2008, 7, 1);
+};
+std::shared_ptr<CLancamento> Post(Tesovia& tesovia, const Posting& posting);
+
+// A company with ana logged in on this thread.
+class LedgerTest : public ::testing::Test {
+ protected:
+  LedgerTest();
+  ~LedgerTest() override;
+
+  std::shared_ptr<CLancamento> Post(const Posting& posting) { return test::Post(tesovia, posting); }
+  void Watch() { CurrentSession().BancoDeDados->Observe(recorder); }
+
+  Company company;
+  std::shared_ptr<RecordingHost> host = std::make_shared<RecordingHost>();
+  std::shared_ptr<Recorder> recorder = std::make_shared<Recorder>();
+  Tesovia tesovia;
+};
+
+}  // namespace tsv::test
