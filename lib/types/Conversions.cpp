@@ -1,10 +1,8 @@
 #include "types/Conversions.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
-#include <type_traits>
 
 #include "types/Erro.h"
 #include "types/Text.h"
@@ -19,62 +17,28 @@ struct Overloaded : Readers... {
 template <typename... Readers>
 Overloaded(Readers...) -> Overloaded<Readers...>;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-// Digits in groups of three behind points, as in 1.234.567; "0.250" is no grouping, nobody groups a leading zero.
-bool IsGrouped(std::string_view integer) {
-  std::size_t point = integer.find('.');
-  if (point == 0 || point > 3 || integer[0] == '0') return false;
-  for (; point != std::string_view::npos; point = integer.find('.', point + 1)) {
-    const std::size_t next = std::min(integer.find('.', point + 1), integer.size());
-    if (next - point != 4) return false;
-  }
-  return true;
-}
-
 bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
   return std::equal(text.begin(), text.end(), lower.begin(), lower.end(),
                     [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + ('a' - 'A') : a) == b; });
 }
 
-// Text with a decimal comma: fixed while its digits fit behind the point, otherwise with an exponent.
+// Text with a decimal comma: fixed while its digits fit beside the comma, otherwise with an exponent.
 std::string DoubleToText(double value) {
-  constexpr int kDigits = 15;
-  if (value == 0) return "0";
-  if (!std::isfinite(value)) Raise(RuntimeError::Overflow);
-  char buffer[32];
-  const auto end =
-      std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::scientific, kDigits - 1).ptr;
-  const std::string_view written(buffer, static_cast<std::size_t>(end - buffer));
-  const std::size_t e = written.find('e');
-  std::string digits = std::string(1, written[0]).append(written.substr(2, e - 2));
-  digits.erase(digits.find_last_not_of('0') + 1);
-  int exponent = 0;
-  std::from_chars(written.data() + e + 2, end, exponent);
-  if (written[e + 1] == '-') exponent = -exponent;
-
-  const int count = static_cast<int>(digits.size());
-  std::string text = value < 0 ? "-" : "";
-  if (exponent >= kDigits || count - 1 - exponent > kDigits) {
-    text += digits[0];
-    if (count > 1) text.append(",").append(digits, 1);
-    text.append(exponent < 0 ? "E-" : "E+").append(std::abs(exponent) < 10 ? "0" : "");
-    return text.append(std::to_string(std::abs(exponent)));
+  constexpr int significant = 15;
+  const NumberText number = DigitsOf(value, significant);
+  std::string text = number.negative && !number.IsZero() ? "-" : "";
+  if (number.digits.size() <= significant && number.decimals.size() <= significant) {
+    text += number.digits.empty() ? "0" : number.digits;
+    return number.decimals.empty() ? text : text.append(",").append(number.decimals);
   }
-  if (exponent < 0) {
-    return text.append("0,").append(static_cast<std::size_t>(-exponent - 1), '0').append(digits);
-  }
-  const auto whole = static_cast<std::size_t>(exponent) + 1;
-  if (digits.size() <= whole) return text.append(digits).append(whole - digits.size(), '0');
-  return text.append(digits, 0, whole).append(",").append(digits, whole);
-}
-
-double NumberToDouble(const NumberText& number) {
-  const std::string text = "0" + number.digits + "." + number.decimals + "0";
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-  if (result.ec == std::errc::result_out_of_range && !number.digits.empty()) Raise(RuntimeError::Overflow);
-  return number.negative ? -value : value;
+  std::string digits = number.digits + number.decimals;
+  const std::size_t first = digits.find_first_not_of('0');
+  const int exponent = static_cast<int>(number.digits.size()) - 1 - static_cast<int>(first);
+  digits = digits.substr(first, digits.find_last_not_of('0') + 1 - first);
+  text += digits[0];
+  if (digits.size() > 1) text.append(",").append(digits, 1);
+  text.append(exponent < 0 ? "E-" : "E+").append(std::abs(exponent) < 10 ? "0" : "");
+  return text.append(std::to_string(std::abs(exponent)));
 }
 
 template <typename Integer>
@@ -95,35 +59,6 @@ std::int64_t RoundedUnits(Currency value) {
 }
 
 }  // namespace
-
-std::optional<NumberText> ReadNumber(std::string_view text) {
-  text = text::Trim(text);
-  NumberText number;
-  if (!text.empty() && (text[0] == '-' || text[0] == '+')) {
-    number.negative = text[0] == '-';
-    text.remove_prefix(1);
-  }
-  const std::size_t comma = text.find(',');
-  std::string_view integer = text.substr(0, comma);
-  std::string_view decimals = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
-  if (const std::size_t point = integer.find('.'); point != std::string_view::npos && !IsGrouped(integer)) {
-    if (comma != std::string_view::npos) return std::nullopt;
-    decimals = integer.substr(point + 1);
-    integer = integer.substr(0, point);
-  }
-  for (char c : integer) {
-    if (IsDigit(c)) {
-      number.digits += c;
-    } else if (c != '.') {
-      return std::nullopt;
-    }
-  }
-  if (!std::all_of(decimals.begin(), decimals.end(), IsDigit)) return std::nullopt;
-  if (number.digits.empty() && decimals.empty()) return std::nullopt;
-  number.digits.erase(0, std::min(number.digits.find_first_not_of('0'), number.digits.size()));
-  number.decimals = decimals;
-  return number;
-}
 
 bool IsNumeric(const Variant& value) {
   if (const auto* text = std::get_if<std::string>(&value)) return ReadNumber(*text).has_value();
@@ -191,7 +126,7 @@ double ToDouble(const Variant& value) {
                         [](const std::string& v) {
                           const auto number = ReadNumber(v);
                           if (!number) Raise(RuntimeError::TypeMismatch);
-                          return NumberToDouble(*number);
+                          return ToDouble(*number);
                         },
                     },
                     value);

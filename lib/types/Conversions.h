@@ -1,27 +1,14 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
-#include <string_view>
 
+#include "types/NumberText.h"
 #include "types/Variant.h"
 
 // The runtime's conversions between value types, independent of the machine's locale. Null raises 94, a value that
 // cannot be converted 13, a result out of range 6. Empty converts to zero, False or the empty text.
 namespace tsv {
-
-// A number as a person or a program writes it, broken up without loss.
-struct NumberText {
-  bool negative = false;
-  std::string digits;  // the integer digits, leading zeros removed (empty for zero)
-  std::string decimals;
-};
-
-// Blanks around, an optional sign, then either the Brazilian form (points group thousands, a comma begins the
-// decimals) or the plain one (a single point begins the decimals when it cannot be grouping: "1234.5", "0.25",
-// "1.5"; "1.234" is one thousand two hundred and thirty-four). Nothing when the text is no number.
-std::optional<NumberText> ReadNumber(std::string_view text);
 
 bool IsNumeric(const Variant& value);  // numbers, Booleans, Empty, and text that ReadNumber accepts; not dates
 bool IsDate(const Variant& value);     // dates, and text that Date::FromText accepts

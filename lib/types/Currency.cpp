@@ -1,16 +1,13 @@
 #include "types/Currency.h"
 
-#include <charconv>
-#include <cmath>
 #include <limits>
+#include <utility>
 
-#include "types/Conversions.h"
 #include "types/Erro.h"
+#include "types/NumberText.h"
 
 namespace tsv {
 namespace {
-
-constexpr std::size_t kDecimals = 4;
 
 std::uint64_t Magnitude(std::int64_t units) {
   return units < 0 ? ~static_cast<std::uint64_t>(units) + 1 : static_cast<std::uint64_t>(units);
@@ -22,23 +19,17 @@ std::int64_t WithSign(std::uint64_t magnitude, bool negative) {
   return static_cast<std::int64_t>(negative ? ~magnitude + 1 : magnitude);
 }
 
-// The decimals beyond the fourth: whether they move the fourth up, halves to even.
-bool RoundsUp(std::string_view rest, bool odd) {
-  if (rest.empty() || rest[0] < '5') return false;
-  return rest[0] > '5' || rest.find_first_not_of('0', 1) != std::string_view::npos || odd;
-}
-
-Currency FromDigits(bool negative, std::string_view digits, std::string_view decimals) {
+Currency FromNumber(NumberText number) {
+  constexpr std::size_t decimals = 4;
   constexpr std::uint64_t limit = std::uint64_t{1} << 63;
+  RoundDecimals(number, decimals, Halves::ToEven);
+  number.decimals.resize(decimals, '0');
   std::uint64_t magnitude = 0;
-  auto append = [&magnitude](char digit) {
+  for (const char digit : number.digits + number.decimals) {
     if (magnitude > limit / 10) Raise(RuntimeError::Overflow);
     magnitude = magnitude * 10 + static_cast<std::uint64_t>(digit - '0');
-  };
-  for (char digit : digits) append(digit);
-  for (std::size_t i = 0; i < kDecimals; ++i) append(i < decimals.size() ? decimals[i] : '0');
-  if (decimals.size() > kDecimals && RoundsUp(decimals.substr(kDecimals), magnitude % 2 != 0)) ++magnitude;
-  return Currency::FromTenThousandths(WithSign(magnitude, negative));
+  }
+  return Currency::FromTenThousandths(WithSign(magnitude, number.negative));
 }
 
 }  // namespace
@@ -47,21 +38,12 @@ Currency Currency::FromInteger(std::int64_t whole) { return Currency(kScale) * w
 
 // The shortest decimal text of the double is what its writer meant: 1.00015 is a half, although its binary value is
 // a little less.
-Currency Currency::FromDouble(double value) {
-  if (!(std::fabs(value) < 1e15)) Raise(RuntimeError::Overflow);
-  if (std::fabs(value) <= 0.00005) return Currency();
-  char buffer[64];
-  const auto end = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::fixed).ptr;
-  const std::string_view text(buffer, static_cast<std::size_t>(end - buffer));
-  const std::size_t point = text.find('.');
-  if (point == std::string_view::npos) return FromDigits(value < 0, text, {});
-  return FromDigits(value < 0, text.substr(0, point), text.substr(point + 1));
-}
+Currency Currency::FromDouble(double value) { return FromNumber(ShortestDigits(value)); }
 
 std::optional<Currency> Currency::FromText(std::string_view text) {
-  const auto number = ReadNumber(text);
+  auto number = ReadNumber(text);
   if (!number) return std::nullopt;
-  return FromDigits(number->negative, number->digits, number->decimals);
+  return FromNumber(std::move(*number));
 }
 
 double Currency::ToDouble() const noexcept { return static_cast<double>(units_) / kScale; }

@@ -21,7 +21,7 @@ class Currency {
   // Rounds to the nearest ten-thousandth, halves to even. Not a number, or out of range: raises 6.
   static Currency FromDouble(double value);
 
-  // Reads "1.234,56", "1234,5", "1234.5", "-0,0001" (see ReadNumber in Conversions.h for the accepted forms).
+  // Reads "1.234,56", "1234,5", "1234.5", "-0,0001" (see ReadNumber in NumberText.h for the accepted forms).
   // Nothing when the text is no number; more than four decimals round halves to even; out of range raises 6.
   static std::optional<Currency> FromText(std::string_view text);
 

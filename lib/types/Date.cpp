@@ -99,9 +99,13 @@ Date Date::FromCivil(const CivilTime& civil) {
   const bool isTime = civil.hour >= 0 && civil.hour < 24 && civil.minute >= 0 && civil.minute < 60 &&
                       civil.second >= 0 && civil.second < 60;
   if (!isTime || !IsCalendarDay(civil.year, civil.month, civil.day)) Raise(RuntimeError::InvalidArgument);
-  const std::int32_t day = DayOf(civil.year, civil.month, civil.day);
-  const double time = static_cast<double>(civil.hour * 3600 + civil.minute * 60 + civil.second) / kSecondsPerDay;
-  return Date(day < 0 ? day - time : day + time);
+  return FromDay(DayOf(civil.year, civil.month, civil.day), civil.hour * 3600 + civil.minute * 60 + civil.second);
+}
+
+Date Date::FromDay(std::int64_t day, int second) {
+  if (day < kFirstDay || day > kLastDay) Raise(RuntimeError::InvalidArgument);
+  const double time = static_cast<double>(second) / kSecondsPerDay;
+  return Date(static_cast<double>(day) + (day < 0 ? -time : time));
 }
 
 Date Date::Now() {
@@ -166,6 +170,8 @@ CivilTime Date::ToCivil() const {
 }
 
 std::int32_t Date::DayNumber() const { return Split(days_).day; }
+
+int Date::SecondOfDay() const { return Split(days_).second; }
 
 std::string Date::ToIso() const {
   const CivilTime civil = ToCivil();

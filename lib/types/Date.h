@@ -29,11 +29,15 @@ class Date {
   static Date FromCivil(const CivilTime& civil);
   static Date FromCivil(int year, int month, int day) { return FromCivil({year, month, day, 0, 0, 0}); }
 
+  // A day counted from the epoch and a second of it. Raises 5 outside the calendar.
+  static Date FromDay(std::int64_t day, int second = 0);
+
   // The machine's local clock, to the second.
   static Date Now();
 
   // Brazilian dd/mm/aaaa and dd/mm/aa (00-29 is 2000-2029, 30-99 is 1930-1999) and ISO aaaa-mm-dd, each with an
-  // optional hh:mm[:ss] after blanks (or a T in the ISO form); a time alone lies on the epoch. The result never depends on the locale.
+  // optional hh:mm[:ss] after blanks (or a T in the ISO form); a time alone lies on the epoch. The result never depends
+  // on the locale.
   static std::optional<Date> FromText(std::string_view text);
 
   constexpr double Days() const noexcept { return days_; }
@@ -41,6 +45,7 @@ class Date {
 
   // The calendar day as a count of days since the epoch, so that differences count midnights.
   std::int32_t DayNumber() const;
+  int SecondOfDay() const;
 
   std::string ToIso() const;        // "2008-07-05 09:08:07", always with the time
   std::string ToBrazilian() const;  // "05/07/2008", with " 09:08:07" unless it is midnight
