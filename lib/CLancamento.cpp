@@ -47,15 +47,13 @@ void RequireText(const std::string& value, std::string_view missing) {
 
 void CLancamento::CodConta(std::string_view valor) {
   UnderHandler("em CLancamento.CodConta", [&] {
-    cod_conta_ =
-        TrimmedUpTo(kCodeLimit, valor, "Código de conta de capital não pode ter mais do que 31 caracteres.");
+    cod_conta_ = TrimmedUpTo(kCodeLimit, valor, "Código de conta de capital não pode ter mais do que 31 caracteres.");
   });
 }
 
 void CLancamento::CodRecDesp(std::string_view valor) {
   UnderHandler("em CLancamento.CodRecDesp", [&] {
-    cod_rec_desp_ =
-        TrimmedUpTo(kCodeLimit, valor, "Código de receita/despesa não pode ter mais do que 31 caracteres.");
+    cod_rec_desp_ = TrimmedUpTo(kCodeLimit, valor, "Código de receita/despesa não pode ter mais do que 31 caracteres.");
   });
 }
 
@@ -78,8 +76,7 @@ void CLancamento::Documento(std::string_view valor) {
 
 void CLancamento::Historico(std::string_view valor) {
   UnderHandler("em CLancamento.Historico", [&] {
-    historico_ =
-        text::Upper(TrimmedUpTo(kHistoryLimit, valor, "Histórico não deve ter mais do que 50 caracteres."));
+    historico_ = text::Upper(TrimmedUpTo(kHistoryLimit, valor, "Histórico não deve ter mais do que 50 caracteres."));
   });
 }
 

@@ -68,8 +68,8 @@ void AppendActiveMasters(Statement& statement, const EntryLiterals& entry) {
   const bool hasPartner = !entry.IdParceiroComl.IsNull();
   if (hasCentre) statement << ", CentrosDeCusto As U";
   if (hasPartner) statement << ", ParceirosComerciais As P";
-  statement << " WHERE C.Codigo = " << entry.CodConta << " AND C.Inativa = False AND C.Excluida=False AND T.Codigo = "
-            << entry.CodRecDesp
+  statement << " WHERE C.Codigo = " << entry.CodConta
+            << " AND C.Inativa = False AND C.Excluida=False AND T.Codigo = " << entry.CodRecDesp
             << " AND T.Inativo = False AND T.Excluido=False AND Len(C.Codigo) * 0 = Len(T.Codigo) * 0 ";
   if (hasCentre) {
     statement << " AND U.Codigo = " << entry.CodCentroCusto
@@ -100,11 +100,11 @@ Statement JournalInsert(const EntryLiterals& entry) {
   const bool hasPartner = !entry.IdParceiroComl.IsNull();
   Statement insert;
   insert << "INSERT INTO HISTORICOSDELANCAMENTOS Select " << DateLiteral(CurrentSession().host->Now())
-         << " AS DataHora," << NumberLiteral(kInclusion) << " As IdAcao," << entry.Id
-         << " As Id, " << entry.CodConta << " As CodConta, C.DesConta," << entry.CodRecDesp
-         << " As CodRecDesp,T.DesMovimentacao, " << entry.CodCentroCusto << " As CodCentroCusto, "
-         << (hasCentre ? Fragment("U.DesCentroDeCusto") : none) << " As DesCentroDeCusto," << entry.IdParceiroComl
-         << " As IdParceiroComl," << (hasPartner ? Fragment("P.Nome") : none) << " As NomeParceiro,"
+         << " AS DataHora," << NumberLiteral(kInclusion) << " As IdAcao," << entry.Id << " As Id, " << entry.CodConta
+         << " As CodConta, C.DesConta," << entry.CodRecDesp << " As CodRecDesp,T.DesMovimentacao, "
+         << entry.CodCentroCusto << " As CodCentroCusto, " << (hasCentre ? Fragment("U.DesCentroDeCusto") : none)
+         << " As DesCentroDeCusto," << entry.IdParceiroComl << " As IdParceiroComl,"
+         << (hasPartner ? Fragment("P.Nome") : none) << " As NomeParceiro,"
          << (hasPartner ? Fragment("P.Filial") : none) << " As Filial,";
   AppendCommonColumns(insert, entry);
   insert << entry.IdUsuario << " As IdUsuario," << entry.DesUsuario << " As DesUsuario," << entry.Realizado
@@ -153,9 +153,8 @@ constexpr const char* kJournalNotInserted =
 
 std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date DataReferencia, Currency Valor,
                                                         std::string_view Historico, std::string_view CodConta,
-                                                        std::string_view CodRecDesp,
-                                                        std::string_view CodCentroDeCusto, std::int32_t IdParceiroComl,
-                                                        std::string_view Documento) {
+                                                        std::string_view CodRecDesp, std::string_view CodCentroDeCusto,
+                                                        std::int32_t IdParceiroComl, std::string_view Documento) {
   return UnderHandler("em Tesovia.FazerLancamentoTS ", [&] {
     ExigirBancoAberto();
     RefuseWrongSign(CodRecDesp, Valor);
@@ -175,8 +174,8 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
     lancamento->Validar();
     lancamento->Realizado("?");
 
-    const Classificacao classificacao = {lancamento->CodConta(), lancamento->CodRecDesp(),
-                                         lancamento->CodCentroCusto(), lancamento->IdParceiroComl()};
+    const Classificacao classificacao = {lancamento->CodConta(), lancamento->CodRecDesp(), lancamento->CodCentroCusto(),
+                                         lancamento->IdParceiroComl()};
     const auto [serial, saldos] = LerSerialESaldos(classificacao, DataPrevisao, Valor);
     lancamento->SaldoParceiroComl(saldos.ParceiroComl);
     lancamento->SaldoCentroCusto(saldos.CentroCusto);

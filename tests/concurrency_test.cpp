@@ -139,8 +139,12 @@ TEST_F(ConcurrencyTest, ManyUsersPostAtOnce) {
       mine.InicializarTS(company.Path(), "ana", "segredo");
       int posted = 0;
       for (int i = 0; i < kAttempts; ++i) {
-        const Posting posting = {Day(2008, 7, 1 + (i * 7 + user) % 28), Cents(100 * (i - 20) + 1), i % 2 ? "1" : "1.1",
-                                 "0", i % 3 ? "1" : "", i % 4};
+        const Posting posting = {Day(2008, 7, 1 + (i * 7 + user) % 28),
+                                 Cents(100 * (i - 20) + 1),
+                                 i % 2 ? "1" : "1.1",
+                                 "0",
+                                 i % 3 ? "1" : "",
+                                 i % 4};
         const Erro erro = ErrorOf([&] { test::Post(mine, posting.partner == 3 ? kTheirs : posting); });
         posted += erro.Numero() == 0;
         EXPECT_TRUE(erro.Numero() == 0 || erro.Descricao() == kLost) << erro;

@@ -52,7 +52,8 @@ TEST(Kill, APostingIsWholeOrNotThereAtAll) {
   OnAnotherThread([&] {
     Tesovia tesovia;
     tesovia.InicializarTS(company.Path(), "ana", "segredo");
-    for (const char* account : {"1", "1.1", "1.1.2"}) Post(tesovia, {Day(2008, 7, 20), Cents(500), account, "0", "1", 1});
+    for (const char* account : {"1", "1.1", "1.1.2"})
+      Post(tesovia, {Day(2008, 7, 20), Cents(500), account, "0", "1", 1});
   });
   std::size_t before = ExpectSound(company);
   int place = 0;

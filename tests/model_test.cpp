@@ -21,7 +21,8 @@ class Model {
   enum class Outcome { Posted, Refused, Deactivated };
 
   static Outcome Expected(const Posting& posting) {
-    const std::map<std::string, int> types = {{"0", 0}, {"00", 0}, {"001", 9}, {"0012", 0}, {"2", 1}, {"3", 2}, {"9", 9}};
+    const std::map<std::string, int> types = {{"0", 0}, {"00", 0}, {"001", 9}, {"0012", 0},
+                                              {"2", 1}, {"3", 2},  {"9", 9}};
     const auto type = types.find(posting.type);
     if (type == types.end() || posting.amount == Currency()) return Outcome::Refused;
     const bool out = posting.amount < Currency();
@@ -55,7 +56,9 @@ class Postings {
 
   Posting Next() {
     Posting posting;
-    const auto any = [&](std::initializer_list<const char*> values) { return std::string(values.begin()[Below(values.size())]); };
+    const auto any = [&](std::initializer_list<const char*> values) {
+      return std::string(values.begin()[Below(values.size())]);
+    };
     const int hour = Below(3) == 0 ? static_cast<int>(Below(24)) : 0;
     const int day = static_cast<int>(1 + Below(28));
     // Mostly forward in time, some days of one month, now and then long before.
@@ -69,11 +72,20 @@ class Postings {
     if (Below(2) == 0) posting.centre = any({"1", "1.1", "1.10"});
     if (Below(2) == 0) posting.partner = static_cast<std::int32_t>(1 + Below(2));
     switch (Below(60)) {
-      case 0: posting.account = any({"9", "8"}); break;
-      case 1: posting.type = any({"9", "001", "0013"}); break;
-      case 2: posting.centre = "9"; break;
-      case 3: posting.partner = 9; break;
-      default: break;
+      case 0:
+        posting.account = any({"9", "8"});
+        break;
+      case 1:
+        posting.type = any({"9", "001", "0013"});
+        break;
+      case 2:
+        posting.centre = "9";
+        break;
+      case 3:
+        posting.partner = 9;
+        break;
+      default:
+        break;
     }
     return posting;
   }
@@ -93,11 +105,17 @@ std::vector<Entry> ReadJournal(db::Database& database) {
   const auto journal = database.OpenRecordset("Select * From HistoricosDeLancamentos Order By Id");
   const auto value = [&](std::string_view column) { return journal->Fields(column).Value(); };
   for (; !journal->EndOfFile(); journal->MoveNext()) {
-    EXPECT_EQ(value("IdAcao"), Variant(std::int32_t{1}));
+    EXPECT_EQ(ToLong(value("IdAcao")), 1);
     const std::int32_t partner = IsNull(value("IdParceiroComl")) ? 0 : ToLong(value("IdParceiroComl"));
     const std::string centre = IsNull(value("CodCentroCusto")) ? "" : ToText(value("CodCentroCusto"));
-    rows.push_back({ToLong(value("Id")), ToText(value("DataId")), ToCurrency(value("Valor")), ToText(value("CodConta")),
-                    ToText(value("CodRecDesp")), centre, partner, true,
+    rows.push_back({ToLong(value("Id")),
+                    ToText(value("DataId")),
+                    ToCurrency(value("Valor")),
+                    ToText(value("CodConta")),
+                    ToText(value("CodRecDesp")),
+                    centre,
+                    partner,
+                    true,
                     {ToCurrency(value("SaldoConta")), ToCurrency(value("SaldoRecDesp")), Currency(), Currency(),
                      ToCurrency(value("SaldoGlobal"))}});
   }
@@ -131,8 +149,14 @@ class ModelTest : public LedgerTest {
         ASSERT_EQ(erro.Numero(), 0) << erro;
         model.Post(posting);
         const Entry& expected = model.journal.back();
-        ExpectSameEntries({{entry->Id(), entry->DataId(), entry->Valor(), entry->CodConta(), entry->CodRecDesp(),
-                            entry->CodCentroCusto(), entry->IdParceiroComl(), true,
+        ExpectSameEntries({{entry->Id(),
+                            entry->DataId(),
+                            entry->Valor(),
+                            entry->CodConta(),
+                            entry->CodRecDesp(),
+                            entry->CodCentroCusto(),
+                            entry->IdParceiroComl(),
+                            true,
                             {entry->SaldoConta(), entry->SaldoRecDesp(), entry->SaldoCentroCusto(),
                              entry->SaldoParceiroComl(), entry->SaldoGlobal()}}},
                           {expected});

@@ -72,40 +72,44 @@ TEST_F(PostingTest, StatementsOfAPlainEntry) {
 TEST_F(PostingTest, StatementsWithCostCentreAndPartner) {
   Post({Day(2008, 7, 5), Cents(100), "1.1", "0", "1", 1});
   Watch();
-  Post({Date::FromCivil({2008, 7, 6, 14, 30, 15}), Cents(123450), " 1.1.2 ", "00", " 1.10", 1, "recebimento", " NF 1 "});
+  Post(
+      {Date::FromCivil({2008, 7, 6, 14, 30, 15}), Cents(123450), " 1.1.2 ", "00", " 1.10", 1, "recebimento", " NF 1 "});
   const Strings texts = recorder->Texts();
   ASSERT_EQ(texts.size(), 9u);
-  EXPECT_EQ(texts[4],
-            "INSERT INTO LANCAMENTOS Select 2 As Id, '1.1.2' As CodConta,'00' As CodRecDesp, '1.10' As CodCentroCusto, "
-            "1 As IdParceiroComl, 'NF 1' As Documento,1234.50 As Valor,#07/06/2008 14:30:15# As Data,"
-            "#07/01/2008 00:00:00# As DataReferencia,#07/06/2008 14:30:15# As DataVencimento,'RECEBIMENTO' As Historico,"
-            "'20080706000000002' As DataId,1235.50 As SaldoGlobal,1234.50 As SaldoConta, 1234.50 As SaldoRecDesp, "
-            "1234.50 As SaldoCentroCusto, 1235.50 As SaldoParceiroComl, 7 As IdUsuario,'?' As Realizado, "
-            "0 as IdConcorrencia FROM Contas As C, TiposMovimentacoes As T , CentrosDeCusto As U"
-            ", ParceirosComerciais As P WHERE C.Codigo = '1.1.2' AND C.Inativa = False AND C.Excluida=False "
-            "AND T.Codigo = '00' AND T.Inativo = False AND T.Excluido=False AND Len(C.Codigo) * 0 = Len(T.Codigo) * 0 "
-            " AND U.Codigo = '1.10' AND U.Inativo = False AND U.Excluido=False "
-            "AND Len(T.Codigo) * 0 = Len(U.Codigo) * 0  AND P.Id = 1 AND P.Inativo = False "
-            "AND Len(T.Codigo) * 0 = P.Id * 0");
-  EXPECT_EQ(texts[5],
-            "INSERT INTO HISTORICOSDELANCAMENTOS Select #07/04/2008 18:05:09# AS DataHora,1 As IdAcao,2 As Id, "
-            "'1.1.2' As CodConta, C.DesConta,'00' As CodRecDesp,T.DesMovimentacao, '1.10' As CodCentroCusto, "
-            "U.DesCentroDeCusto As DesCentroDeCusto,1 As IdParceiroComl,P.Nome As NomeParceiro,P.Filial As Filial,"
-            "'NF 1' As Documento,1234.50 As Valor,#07/06/2008 14:30:15# As Data,"
-            "#07/01/2008 00:00:00# As DataReferencia,#07/06/2008 14:30:15# As DataVencimento,'RECEBIMENTO' As Historico,"
-            "'20080706000000002' As DataId,1235.50 As SaldoGlobal,1234.50 As SaldoConta, 1234.50 As SaldoRecDesp, "
-            "7 As IdUsuario,'ANA SOUZA' As DesUsuario,'?' As Realizado FROM Contas As C , TiposMovimentacoes As T "
-            ", CentrosDeCusto As U, ParceirosComerciais As P WHERE C.Codigo = '1.1.2' AND C.Inativa = False "
-            "AND C.Excluida=False AND T.Codigo = '00' AND T.Inativo = False AND T.Excluido=False "
-            "AND Len(C.Codigo) * 0 = Len(T.Codigo) * 0  AND U.Codigo = '1.10' AND U.Inativo = False "
-            "AND U.Excluido=False AND Len(T.Codigo) * 0 = Len(U.Codigo) * 0  AND P.Id = 1 AND P.Inativo = False "
-            "AND Len(T.Codigo) * 0 = P.Id * 0");
-  EXPECT_EQ(texts[6],
-            "UPDATE Lancamentos Set SaldoConta = SaldoConta + Abs('1.1.2' LIKE CodConta & '*') * 1234.50, "
-            "SaldoRecDesp = SaldoRecDesp + Abs('00' LIKE CodRecDesp & '*') * 1234.50, "
-            "SaldoCentroCusto = SaldoCentroCusto + Abs(Not CodCentroCusto Is NULL AND '1.10' LIKE CodCentroCusto & '*') "
-            "* 1234.50, SaldoParceiroComl = SaldoParceiroComl + Abs(Not IdParceiroComl Is NULL And 1 = IdParceiroComl) "
-            "* 1234.50, SaldoGlobal = SaldoGlobal + 1234.50 where DataId > '20080706000000002'");
+  EXPECT_EQ(
+      texts[4],
+      "INSERT INTO LANCAMENTOS Select 2 As Id, '1.1.2' As CodConta,'00' As CodRecDesp, '1.10' As CodCentroCusto, "
+      "1 As IdParceiroComl, 'NF 1' As Documento,1234.50 As Valor,#07/06/2008 14:30:15# As Data,"
+      "#07/01/2008 00:00:00# As DataReferencia,#07/06/2008 14:30:15# As DataVencimento,'RECEBIMENTO' As Historico,"
+      "'20080706000000002' As DataId,1235.50 As SaldoGlobal,1234.50 As SaldoConta, 1234.50 As SaldoRecDesp, "
+      "1234.50 As SaldoCentroCusto, 1235.50 As SaldoParceiroComl, 7 As IdUsuario,'?' As Realizado, "
+      "0 as IdConcorrencia FROM Contas As C, TiposMovimentacoes As T , CentrosDeCusto As U"
+      ", ParceirosComerciais As P WHERE C.Codigo = '1.1.2' AND C.Inativa = False AND C.Excluida=False "
+      "AND T.Codigo = '00' AND T.Inativo = False AND T.Excluido=False AND Len(C.Codigo) * 0 = Len(T.Codigo) * 0 "
+      " AND U.Codigo = '1.10' AND U.Inativo = False AND U.Excluido=False "
+      "AND Len(T.Codigo) * 0 = Len(U.Codigo) * 0  AND P.Id = 1 AND P.Inativo = False "
+      "AND Len(T.Codigo) * 0 = P.Id * 0");
+  EXPECT_EQ(
+      texts[5],
+      "INSERT INTO HISTORICOSDELANCAMENTOS Select #07/04/2008 18:05:09# AS DataHora,1 As IdAcao,2 As Id, "
+      "'1.1.2' As CodConta, C.DesConta,'00' As CodRecDesp,T.DesMovimentacao, '1.10' As CodCentroCusto, "
+      "U.DesCentroDeCusto As DesCentroDeCusto,1 As IdParceiroComl,P.Nome As NomeParceiro,P.Filial As Filial,"
+      "'NF 1' As Documento,1234.50 As Valor,#07/06/2008 14:30:15# As Data,"
+      "#07/01/2008 00:00:00# As DataReferencia,#07/06/2008 14:30:15# As DataVencimento,'RECEBIMENTO' As Historico,"
+      "'20080706000000002' As DataId,1235.50 As SaldoGlobal,1234.50 As SaldoConta, 1234.50 As SaldoRecDesp, "
+      "7 As IdUsuario,'ANA SOUZA' As DesUsuario,'?' As Realizado FROM Contas As C , TiposMovimentacoes As T "
+      ", CentrosDeCusto As U, ParceirosComerciais As P WHERE C.Codigo = '1.1.2' AND C.Inativa = False "
+      "AND C.Excluida=False AND T.Codigo = '00' AND T.Inativo = False AND T.Excluido=False "
+      "AND Len(C.Codigo) * 0 = Len(T.Codigo) * 0  AND U.Codigo = '1.10' AND U.Inativo = False "
+      "AND U.Excluido=False AND Len(T.Codigo) * 0 = Len(U.Codigo) * 0  AND P.Id = 1 AND P.Inativo = False "
+      "AND Len(T.Codigo) * 0 = P.Id * 0");
+  EXPECT_EQ(
+      texts[6],
+      "UPDATE Lancamentos Set SaldoConta = SaldoConta + Abs('1.1.2' LIKE CodConta & '*') * 1234.50, "
+      "SaldoRecDesp = SaldoRecDesp + Abs('00' LIKE CodRecDesp & '*') * 1234.50, "
+      "SaldoCentroCusto = SaldoCentroCusto + Abs(Not CodCentroCusto Is NULL AND '1.10' LIKE CodCentroCusto & '*') "
+      "* 1234.50, SaldoParceiroComl = SaldoParceiroComl + Abs(Not IdParceiroComl Is NULL And 1 = IdParceiroComl) "
+      "* 1234.50, SaldoGlobal = SaldoGlobal + 1234.50 where DataId > '20080706000000002'");
 }
 
 TEST_F(PostingTest, ABackDatedEntryRaisesTheLaterBalancesThatHoldIt) {
@@ -198,9 +202,13 @@ TEST_F(PostingTest, RefusalsWriteNothing) {
        "A receita/despesa informada está especificada para aceitar apenas lançamentos de saída, mas o valor informado "
        "é de entrada.",
        kOrigin},
-      {{day, Cents(0), "1", "2"}, TS_ERRO_LANCAMENTO, "Faltando informar o valor do lançamento.",
+      {{day, Cents(0), "1", "2"},
+       TS_ERRO_LANCAMENTO,
+       "Faltando informar o valor do lançamento.",
        "em CLancamento.Validar"},
-      {{day, Cents(1), "", "0"}, TS_ERRO_LANCAMENTO, "Faltando informar o código da conta de capital.",
+      {{day, Cents(1), "", "0"},
+       TS_ERRO_LANCAMENTO,
+       "Faltando informar o código da conta de capital.",
        "em CLancamento.Validar"},
       {{day, Cents(1), "1", "0", "", 0, std::string(51, 'x')},
        TS_ERRO_LANCAMENTO,
@@ -269,7 +277,9 @@ TEST_F(PostingTest, TheLastIdIsNeverPassed) {
   company.Execute("UPDATE Serial SET Serial = 2147483647");
   EXPECT_EQ(ErrorOf([&] { Post({Day(2008, 7, 5), Cents(1), "1", "0"}); }).Numero(), 6);
   company.Execute("UPDATE Serial SET Serial = 999999999");
-  EXPECT_EQ(ErrorOf([&] { Post({Day(2008, 7, 5), Cents(1), "1", "0"}); }).Numero(),
+  EXPECT_EQ(ErrorOf([&] {
+              Post({Day(2008, 7, 5), Cents(1), "1", "0"});
+            }).Numero(),
             static_cast<std::int32_t>(db::EngineError::TextTooLong));
   EXPECT_EQ(Entries(), 0);
   EXPECT_EQ(StoredSerial(*company.Open()), 999999999);

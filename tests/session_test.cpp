@@ -72,9 +72,7 @@ TEST(FreshThread, ARoutineKeepsOnlyOriginsThatBeginWithItsPrefix) {
   EXPECT_EQ(origin("", "em "), "own");
   EXPECT_EQ(origin("Em CLancamento.X", "Em "), "Em CLancamento.X");
   EXPECT_EQ(origin(" Em Tesovia.X", " Em "), "own");
-  const auto foreign = [](auto exception) {
-    return ErrorOf([&] { UnderHandler("em X", [&] { throw exception; }); });
-  };
+  const auto foreign = [](auto exception) { return ErrorOf([&] { UnderHandler("em X", [&] { throw exception; }); }); };
   EXPECT_EQ(foreign(std::bad_alloc()).Numero(), 7);
   EXPECT_EQ(foreign(std::runtime_error("x")).Numero(), 51);
   EXPECT_EQ(foreign(1).Origem(), "em X");
@@ -95,16 +93,11 @@ TEST_F(SessionTest, ARefusedLoginLeavesNoSession) {
   };
   const std::int32_t syntax = NumberOf(db::EngineError::SyntaxInExpression);
   const Case cases[] = {
-      {"ana", "errada", TS_ERRO_LOGIN, kWrongLogin},
-      {"eva", "segredo", TS_ERRO_LOGIN, kWrongLogin},
-      {"ana", "SEGREDO", TS_ERRO_LOGIN, kWrongLogin},
-      {"ana", "segredo ", TS_ERRO_LOGIN, kWrongLogin},
-      {"ana", "", TS_ERRO_LOGIN, kWrongLogin},
-      {"rui", "segredo", TS_ERRO_LOGIN, "Usuário desativado."},
-      {"ana'", "segredo", syntax, nullptr},
-      {"' OR '1'='1", "' OR '1'='1", syntax, nullptr},
-      {"ana''", "segredo", syntax, nullptr},
-      {"ana", "segredo''", syntax, nullptr},
+      {"ana", "errada", TS_ERRO_LOGIN, kWrongLogin},  {"eva", "segredo", TS_ERRO_LOGIN, kWrongLogin},
+      {"ana", "SEGREDO", TS_ERRO_LOGIN, kWrongLogin}, {"ana", "segredo ", TS_ERRO_LOGIN, kWrongLogin},
+      {"ana", "", TS_ERRO_LOGIN, kWrongLogin},        {"rui", "segredo", TS_ERRO_LOGIN, "Usuário desativado."},
+      {"ana'", "segredo", syntax, nullptr},           {"' OR '1'='1", "' OR '1'='1", syntax, nullptr},
+      {"ana''", "segredo", syntax, nullptr},          {"ana", "segredo''", syntax, nullptr},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.login) + "/" + c.password);

@@ -86,11 +86,10 @@ bool VerificarApos(std::int32_t idParceiro, std::string_view codCCusto, std::str
     query->Parameters("ParOldDataId").Value = std::string(antigoDataId);
 
     const ScopedRecordset row(query->OpenRecordset());
-    const bool agrees = Balance(*row, "SaldoConta") == esperados.Conta &&
-                        Balance(*row, "SaldoRecDesp") == esperados.RecDesp &&
-                        Balance(*row, "SaldoCCusto") == esperados.CentroCusto &&
-                        Balance(*row, "SaldoParceiro") == esperados.ParceiroComl &&
-                        Balance(*row, "SaldoGlobal") == esperados.Global;
+    const bool agrees =
+        Balance(*row, "SaldoConta") == esperados.Conta && Balance(*row, "SaldoRecDesp") == esperados.RecDesp &&
+        Balance(*row, "SaldoCCusto") == esperados.CentroCusto &&
+        Balance(*row, "SaldoParceiro") == esperados.ParceiroComl && Balance(*row, "SaldoGlobal") == esperados.Global;
     if (!agrees) throw Erro(TS_ERRO_LOGIN);
     return true;
   });

@@ -18,9 +18,7 @@ bool IsZero(const NumberText& number) {
   return number.digits.empty() && number.decimals.find_first_not_of('0') == std::string::npos;
 }
 
-bool IsMissing(const Variant& value) {
-  return IsNull(value) || IsEmpty(value) || text::Trim(ToText(value)).empty();
-}
+bool IsMissing(const Variant& value) { return IsNull(value) || IsEmpty(value) || text::Trim(ToText(value)).empty(); }
 
 std::string Joined(std::string_view a, std::string_view b) { return std::string(a).append(b); }
 

@@ -45,8 +45,14 @@ std::vector<Entry> ReadEntries(db::Database& database) {
   for (; !rows->EndOfFile(); rows->MoveNext()) {
     CLancamento row;
     row.CarregarDeRegistro(*rows);
-    entries.push_back({row.Id(), row.DataId(), row.Valor(), row.CodConta(), row.CodRecDesp(), row.CodCentroCusto(),
-                       row.IdParceiroComl(), row.Realizado() != "N",
+    entries.push_back({row.Id(),
+                       row.DataId(),
+                       row.Valor(),
+                       row.CodConta(),
+                       row.CodRecDesp(),
+                       row.CodCentroCusto(),
+                       row.IdParceiroComl(),
+                       row.Realizado() != "N",
                        {amount("SaldoConta"), amount("SaldoRecDesp"), amount("SaldoCentroCusto"),
                         amount("SaldoParceiroComl"), amount("SaldoGlobal")}});
   }
@@ -88,8 +94,7 @@ std::size_t ExpectSound(const Company& company) {
 }
 
 std::int32_t Count(db::Database& database, std::string_view from) {
-  return ToLong(
-      database.OpenRecordset("SELECT Count(*) FROM " + std::string(from))->Fields(std::size_t{0}).Value());
+  return ToLong(database.OpenRecordset("SELECT Count(*) FROM " + std::string(from))->Fields(std::size_t{0}).Value());
 }
 
 std::int32_t StoredSerial(db::Database& database) {

@@ -16,9 +16,9 @@ struct Entry {
   Currency amount;
   std::string account;
   std::string type;
-  std::string centre;        // empty: none
-  std::int32_t partner = 0;  // 0: none
-  bool counts = true;        // settled as not realised: in no balance
+  std::string centre;                     // empty: none
+  std::int32_t partner = 0;               // 0: none
+  bool counts = true;                     // settled as not realised: in no balance
   std::array<Currency, 5> balances = {};  // account, type, cost centre, partner, all
 };
 
