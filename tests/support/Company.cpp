@@ -1,12 +1,5 @@
 #include "support/Company.h"
 
-#include <filesystem>
-#include <stdexcept>
-
-#include "common/Engines.h"
-
-#include <stdlib.h>
-
 namespace tsv::test {
 
 namespace {
@@ -22,12 +15,6 @@ constexpr const char* kMasters[] = {
 }  // namespace
 
 Company::Company() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "company-XXXXXX").string();
-  if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
-  folder_ = pattern;
-  path_ = folder_ + "/ledger.tsv";
-  CriarBancoDeDados(path_);
-
   const auto database = Open();
   for (const char* row : kMasters) database->Execute(row, db::dbFailOnError);
   std::int32_t id = 10;
@@ -53,15 +40,6 @@ Company::Company() {
   for (const char* code : {"1", "1.1", "1.10"}) add("CentrosDeCusto", centre, code, "CENTRO", "False,False");
   add("CentrosDeCusto", centre, "9", "CENTRO", "True,False");
   database->Close();
-}
-
-Company::~Company() {
-  std::error_code ignored;
-  std::filesystem::remove_all(folder_, ignored);
-}
-
-std::shared_ptr<db::Database> Company::Open() const {
-  return db::DBEngine(AllDrivers()).OpenDatabase(path_, false, false, kConnect);
 }
 
 void Company::Execute(std::string_view sql) const { Open()->Execute(sql, db::dbFailOnError); }

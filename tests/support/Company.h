@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/Session.h"
+#include "support/EmptyLedger.h"
 #include "support/Errors.h"
 #include "tsvlib2.h"
 
@@ -17,25 +18,15 @@ namespace tsv::test {
 inline Currency Cents(std::int64_t cents) { return Currency::FromTenThousandths(cents * 100); }
 inline Date Day(int year, int month, int day) { return Date::FromCivil(year, month, day); }
 
-// A ledger of its own in a folder of its own, with a small company in it:
+// A ledger with a small company in it:
 // users ana/segredo (id 7) and rui/segredo (deactivated);
 // accounts 1, 1.1, 1.1.2, 1.1.2.5, 1.2, 1.20, B, B.1, and 9 (deactivated), 8 (deleted);
 // types 0, 00, 0012, 2 (in only), 3 (out only), and 9 (deactivated), beside the reserved 001;
 // cost centres 1, 1.1, 1.10, and 9 (deactivated); partners 1, 2, and 9 (deactivated).
-class Company {
+class Company : public EmptyLedger {
  public:
   Company();
-  ~Company();
-  Company(const Company&) = delete;
-  Company& operator=(const Company&) = delete;
-
-  const std::string& Path() const { return path_; }
-  std::shared_ptr<db::Database> Open() const;  // outside any session
-  void Execute(std::string_view sql) const;
-
- private:
-  std::string folder_;
-  std::string path_;
+  void Execute(std::string_view sql) const;  // outside any session
 };
 
 class RecordingHost : public Host {
