@@ -75,7 +75,8 @@ SampleLedger::SampleLedger(std::string path, std::int32_t entries)
       types_(Codes({6, 4, 4, 4}, 400)),
       centres_(Codes({5, 3, 3, 2}, 50)) {
   const auto firstOfSecondLevel = [](const std::vector<std::string>& codes) {
-    return static_cast<std::size_t>(std::find_if(codes.begin(), codes.end(), [](const auto& c) { return c.find('.') != c.npos; }) - codes.begin());
+    return static_cast<std::size_t>(
+        std::find_if(codes.begin(), codes.end(), [](const auto& c) { return c.find('.') != c.npos; }) - codes.begin());
   };
   firstUsedAccount_ = firstOfSecondLevel(accounts_);
   firstUsedType_ = firstOfSecondLevel(types_);
@@ -88,11 +89,14 @@ void SampleLedger::WriteMasters() {
   db::DBEngine engine(AllDrivers());
   const auto database = engine.OpenDatabase(path_, false, false, kConnect);
   engine.Workspaces(0).BeginTrans();
-  database->Execute("INSERT INTO Usuarios (Id, IdLogin, Senha, DesUsuario) VALUES (1, 'banco', 'prova', 'BANCO DE PROVA')");
+  database->Execute(
+      "INSERT INTO Usuarios (Id, IdLogin, Senha, DesUsuario) VALUES (1, 'banco', 'prova', 'BANCO DE PROVA')");
   std::int32_t id = 10;
-  const auto add = [&](const std::string& table, const std::string& description, const std::vector<std::string>& codes) {
+  const auto add = [&](const std::string& table, const std::string& description,
+                       const std::vector<std::string>& codes) {
     for (const std::string& code : codes) {
-      database->Execute("INSERT INTO " + table + " (Id, Codigo, " + description + ") VALUES (" + std::to_string(++id) + ", '" + code + "', 'ITEM " + code + "')");
+      database->Execute("INSERT INTO " + table + " (Id, Codigo, " + description + ") VALUES (" + std::to_string(++id) +
+                        ", '" + code + "', 'ITEM " + code + "')");
     }
   };
   add("Contas", "DesConta", accounts_);
@@ -100,7 +104,8 @@ void SampleLedger::WriteMasters() {
   add("CentrosDeCusto", "DesCentroDeCusto", centres_);
   for (std::int32_t partner = 1; partner <= kPartners; ++partner) {
     const std::string n = std::to_string(partner);
-    database->Execute("INSERT INTO ParceirosComerciais (Id, Nome, Filial) VALUES (" + n + ", 'PARCEIRO " + n + "', 'MATRIZ')");
+    database->Execute("INSERT INTO ParceirosComerciais (Id, Nome, Filial) VALUES (" + n + ", 'PARCEIRO " + n +
+                      "', 'MATRIZ')");
   }
   engine.Workspaces(0).CommitTrans();
   database->Close();
@@ -112,18 +117,21 @@ void SampleLedger::WriteEntries() {
   db::sqlite::RegisterFunctions(connection);
   connection.Execute("PRAGMA synchronous = OFF");
   connection.Execute("BEGIN IMMEDIATE");
-  db::sqlite::Statement insert(connection,
-                               "INSERT INTO Lancamentos (Id, CodConta, CodRecDesp, CodCentroCusto, IdParceiroComl, Valor, Data, DataReferencia,"
-                               " DataVencimento, Historico, DataId, SaldoConta, SaldoRecDesp, SaldoCentroCusto, SaldoParceiroComl, SaldoGlobal, IdUsuario)"
-                               " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?7, ?7, 'LANCAMENTO', ?8, ?9, ?10, ?11, ?12, ?13, ?14)",
-                               true);
+  db::sqlite::Statement insert(
+      connection,
+      "INSERT INTO Lancamentos (Id, CodConta, CodRecDesp, CodCentroCusto, IdParceiroComl, Valor, Data, DataReferencia,"
+      " DataVencimento, Historico, DataId, SaldoConta, SaldoRecDesp, SaldoCentroCusto, SaldoParceiroComl, SaldoGlobal, "
+      "IdUsuario)"
+      " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?7, ?7, 'LANCAMENTO', ?8, ?9, ?10, ?11, ?12, ?13, ?14)",
+      true);
   RunningBalances byAccount(accounts_);
   RunningBalances byType(types_);
   RunningBalances byCentre(centres_);
   std::vector<std::int64_t> byPartner(kPartners + 1);
   std::int64_t all = 0;
   std::mt19937 random(20081231);
-  const std::size_t seldom = static_cast<std::size_t>(std::find(accounts_.begin(), accounts_.end(), "2") - accounts_.begin());
+  const std::size_t seldom =
+      static_cast<std::size_t>(std::find(accounts_.begin(), accounts_.end(), "2") - accounts_.begin());
   for (std::int32_t id = 1; id <= entries_; ++id) {
     const auto day = static_cast<std::int32_t>(static_cast<std::int64_t>(id) * kDays / entries_);
     const Date date(last_.Days() - kDays + day);

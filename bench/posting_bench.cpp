@@ -27,7 +27,8 @@ struct Rig {
 
   // One thread's session is one ledger, so the rig in use is opened when its turn comes.
   Tesovia& Library() {
-    if (CurrentSession().CaminhoBancoDeDados != path || !CurrentSession().BancoDeDados) tesovia.InicializarTS(path, "banco", "prova");
+    if (CurrentSession().CaminhoBancoDeDados != path || !CurrentSession().BancoDeDados)
+      tesovia.InicializarTS(path, "banco", "prova");
     return tesovia;
   }
 
@@ -36,7 +37,9 @@ struct Rig {
   }
 
   // Takes the last entry of the ledger away again: no balance of another entry holds it.
-  void Forget(const CLancamento& last) { CurrentSession().BancoDeDados->Execute("DELETE * FROM Lancamentos WHERE Id = " + std::to_string(last.Id())); }
+  void Forget(const CLancamento& last) {
+    CurrentSession().BancoDeDados->Execute("DELETE * FROM Lancamentos WHERE Id = " + std::to_string(last.Id()));
+  }
 
   SampleLedger sample;
   Floor floor;
@@ -69,7 +72,8 @@ void Run(benchmark::State& state, Rig& rig, Writer writer, const Change& change)
 }
 
 void Register(const std::string& name, Rig& rig, Writer writer, int iterations, const Change& change = {}) {
-  benchmark::RegisterBenchmark(name.c_str(), [&rig, writer, change](benchmark::State& state) { Run(state, rig, writer, change); })
+  benchmark::RegisterBenchmark(name.c_str(),
+                               [&rig, writer, change](benchmark::State& state) { Run(state, rig, writer, change); })
       ->Iterations(iterations)
       ->Repetitions(9)
       ->ReportAggregatesOnly(false)
@@ -127,10 +131,14 @@ int main(int argc, char** argv) {
     std::puts("");
     medians.Ratio("postings a second, library to floor, 10,000 entries", "append/floor/10k", "append/library/10k");
     medians.Ratio("postings a second, library to floor, 1,000,000 entries", "append/floor/1M", "append/library/1M");
-    medians.Ratio("time of an ordinary posting, 1,000,000 to 10,000 entries", "append/library/1M", "append/library/10k");
-    medians.Ratio("time on a parent code never used, to an ordinary posting", "parent/never/library/1M", "append/library/1M");
-    medians.Ratio("time on a parent code seldom used, to an ordinary posting", "parent/seldom/library/1M", "append/library/1M");
-    medians.Ratio("time back-dated over 100,000 entries, library to floor", "backdated100k/library/1M", "backdated100k/floor/1M");
+    medians.Ratio("time of an ordinary posting, 1,000,000 to 10,000 entries", "append/library/1M",
+                  "append/library/10k");
+    medians.Ratio("time on a parent code never used, to an ordinary posting", "parent/never/library/1M",
+                  "append/library/1M");
+    medians.Ratio("time on a parent code seldom used, to an ordinary posting", "parent/seldom/library/1M",
+                  "append/library/1M");
+    medians.Ratio("time back-dated over 100,000 entries, library to floor", "backdated100k/library/1M",
+                  "backdated100k/floor/1M");
   }
   std::filesystem::remove_all(folder);
   return EXIT_SUCCESS;

@@ -64,7 +64,8 @@ TEST(Lexer, ASignBelongsToANumberOnlyWhereItCannotBeBinary) {
 
 TEST(Lexer, NumbersKeepTheirExactValueAsFarAsCurrencyGoes) {
   Lexed lexed;
-  Lex("2147483647, 2147483648, 0.35, 922337203685477.5807, -922337203685477.5808, 922337203685477.5808, 0.00001, 1E2", lexed);
+  Lex("2147483647, 2147483648, 0.35, 922337203685477.5807, -922337203685477.5808, 922337203685477.5808, 0.00001, 1E2",
+      lexed);
   const auto units = [](std::int64_t u) { return Variant(Currency::FromTenThousandths(u)); };
   const std::vector<Variant> expected{2147483647,       units(21474836480000), units(3500), units(INT64_MAX),
                                       units(INT64_MIN), 922337203685477.5808,  0.00001,     100.0};
@@ -116,7 +117,8 @@ TEST(Compiler, MessagesTellTheConstructAndNeverTheStatement) {
 }
 
 TEST(Compiler, UnknownNamesAreParameters) {
-  const Compiled compiled = CompileText("SELECT Id FROM Lancamentos WHERE Id > [de onde] AND Id < ate AND Id <> [DE ONDE]");
+  const Compiled compiled =
+      CompileText("SELECT Id FROM Lancamentos WHERE Id > [de onde] AND Id < ate AND Id <> [DE ONDE]");
   EXPECT_EQ(compiled.names, (std::vector<std::string>{"de onde", "ate"}));
   EXPECT_EQ(compiled.parameters.size(), 3U);
 }

@@ -22,15 +22,28 @@ class Walk {
     depth_ = 0;
     std::string text;
     switch (Pick(12)) {
-      case 0: text = Insert(); break;
-      case 1: text = "UPDATE Itens SET " + Column() + " = " + Value() + Chance(2, " WHERE " + Condition()); break;
-      case 2: text = "DELETE * FROM Movs WHERE " + Condition(); break;
-      case 3: text = Query() + " UNION " + Chance(2, "ALL ") + Query() + Chance(2, " ORDER BY 1"); break;
-      case 4:
-        text = "UPDATE Itens AS I INNER JOIN Movs AS M ON (I.Id = M.IdItem AND " + Condition() + ") SET I.Preco = " + Value() + ", I.Nome = " + Value();
+      case 0:
+        text = Insert();
         break;
-      case 5: text = "TRANSFORM Sum(Valor) SELECT IdItem FROM Movs GROUP BY IdItem PIVOT Tipo IN ('S', " + Value() + ")"; break;
-      default: text = Query(); break;
+      case 1:
+        text = "UPDATE Itens SET " + Column() + " = " + Value() + Chance(2, " WHERE " + Condition());
+        break;
+      case 2:
+        text = "DELETE * FROM Movs WHERE " + Condition();
+        break;
+      case 3:
+        text = Query() + " UNION " + Chance(2, "ALL ") + Query() + Chance(2, " ORDER BY 1");
+        break;
+      case 4:
+        text = "UPDATE Itens AS I INNER JOIN Movs AS M ON (I.Id = M.IdItem AND " + Condition() +
+               ") SET I.Preco = " + Value() + ", I.Nome = " + Value();
+        break;
+      case 5:
+        text = "TRANSFORM Sum(Valor) SELECT IdItem FROM Movs GROUP BY IdItem PIVOT Tipo IN ('S', " + Value() + ")";
+        break;
+      default:
+        text = Query();
+        break;
     }
     return Pick(3) == 0 ? Damage(text) : text;
   }
@@ -41,15 +54,17 @@ class Walk {
   std::string Of(const std::vector<std::string>& words) { return words[Pick(words.size())]; }
 
   std::string Insert() {
-    return "INSERT INTO Movs SELECT " + Value() + " AS Id, " + Value() + " AS IdItem, " + Value() + " AS Valor, " + Value() + " AS Tipo" +
-           Chance(2, " FROM Itens" + Chance(2, " WHERE " + Condition()));
+    return "INSERT INTO Movs SELECT " + Value() + " AS Id, " + Value() + " AS IdItem, " + Value() + " AS Valor, " +
+           Value() + " AS Tipo" + Chance(2, " FROM Itens" + Chance(2, " WHERE " + Condition()));
   }
 
   std::string Query() {
-    std::string text = "SELECT " + Chance(6, "DISTINCT ") + Chance(6, "TOP " + std::to_string(Pick(5)) + Chance(3, " PERCENT") + " ");
+    std::string text =
+        "SELECT " + Chance(6, "DISTINCT ") + Chance(6, "TOP " + std::to_string(Pick(5)) + Chance(3, " PERCENT") + " ");
     const bool grouped = Pick(5) == 0;
     if (grouped) {
-      text += "Grupo, " + Of({"Count(*)", "Sum(Preco)", "Avg(Qtd)", "Max(Nome)", "First(Desde)", "Min(" + Value() + ")"});
+      text +=
+          "Grupo, " + Of({"Count(*)", "Sum(Preco)", "Avg(Qtd)", "Max(Nome)", "First(Desde)", "Min(" + Value() + ")"});
     } else {
       text += Chance(3, "*, ") + Value() + Chance(2, " AS r") + Chance(2, ", " + Value());
     }
@@ -59,7 +74,8 @@ class Walk {
   }
 
   std::string Sources() {
-    return Of({"Itens", "Itens AS I, Grupos", "Itens AS I INNER JOIN Grupos AS G ON I.Grupo = G.Sigla", "Movs", "Vazia, Grupos",
+    return Of({"Itens", "Itens AS I, Grupos", "Itens AS I INNER JOIN Grupos AS G ON I.Grupo = G.Sigla", "Movs",
+               "Vazia, Grupos",
                "(Movs AS M INNER JOIN Itens AS I ON M.IdItem = I.Id) LEFT JOIN Grupos AS G ON I.Grupo = G.Sigla",
                "Grupos AS G RIGHT JOIN (Itens AS I INNER JOIN Movs AS M ON M.IdItem = I.Id) ON I.Grupo = G.Sigla",
                "(SELECT Id, Grupo, Preco AS Valor FROM Itens WHERE " + Shallow() + ") AS x"});
@@ -68,13 +84,13 @@ class Walk {
   std::string Shallow() { return Pick(2) == 0 ? "Id > 3" : "Grupo = 'FER'"; }
 
   std::string Column() {
-    return Of({"Id", "Nome", "Grupo", "Preco", "Qtd", "Peso", "Desde", "Ativo", "Obs", "Codigo", "Valor", "Dia", "Tipo", "Sigla", "Teto", "I.Id",
-               "G.Titulo", "[Valor Final]", "Nada"});
+    return Of({"Id", "Nome", "Grupo", "Preco", "Qtd", "Peso", "Desde", "Ativo", "Obs", "Codigo", "Valor", "Dia", "Tipo",
+               "Sigla", "Teto", "I.Id", "G.Titulo", "[Valor Final]", "Nada"});
   }
 
   std::string Literal() {
-    return Of({"0", "1", "-1", "2147483647", "12.5", "-0.0001", "922337203685477.5807", "1E10", "'FER'", "''", "'a*'", "'[a-c]?#'", "'ç'", "\"x\"",
-               "#02/29/2008#", "#12/31/1999 23:59:59#", "Null", "True", "False"});
+    return Of({"0", "1", "-1", "2147483647", "12.5", "-0.0001", "922337203685477.5807", "1E10", "'FER'", "''", "'a*'",
+               "'[a-c]?#'", "'ç'", "\"x\"", "#02/29/2008#", "#12/31/1999 23:59:59#", "Null", "True", "False"});
   }
 
   std::string Value() {
@@ -82,34 +98,54 @@ class Walk {
     switch (Pick(14)) {
       case 0:
       case 1:
-      case 2: return Literal();
+      case 2:
+        return Literal();
       case 3:
       case 4:
       case 5:
-      case 6: return Column();
-      case 7: return Value() + Of({" + ", " - ", " * ", " / ", " \\ ", " MOD ", " ^ ", " & ", " - -"}) + Value();
-      case 8: return "(" + Value() + ")";
-      case 9: return "IIF(" + Condition() + ", " + Value() + ", " + Value() + ")";
-      case 10: return Of({"Len", "UCase", "Abs", "Int", "Fix", "Year", "CStr", "CLng", "CCur", "CDate", "Val", "Trim", "Nz", "Round", "Sgn"}) + "(" + Value() + ")";
+      case 6:
+        return Column();
+      case 7:
+        return Value() + Of({" + ", " - ", " * ", " / ", " \\ ", " MOD ", " ^ ", " & ", " - -"}) + Value();
+      case 8:
+        return "(" + Value() + ")";
+      case 9:
+        return "IIF(" + Condition() + ", " + Value() + ", " + Value() + ")";
+      case 10:
+        return Of({"Len", "UCase", "Abs", "Int", "Fix", "Year", "CStr", "CLng", "CCur", "CDate", "Val", "Trim", "Nz",
+                   "Round", "Sgn"}) +
+               "(" + Value() + ")";
       case 11:
-        return Of({"Left", "Mid", "InStr", "Format", "DateAdd", "DateDiff", "Nz", "Replace", "DateSerial"}) + "(" + Value() + ", " + Value() + Chance(2, ", " + Value()) + ")";
-      case 12: return "-" + Value();
-      default: return "(SELECT " + Of({"Max(Id)", "Id", "Sum(Preco)", "Nome"}) + " FROM Itens WHERE " + Shallow() + ")";
+        return Of({"Left", "Mid", "InStr", "Format", "DateAdd", "DateDiff", "Nz", "Replace", "DateSerial"}) + "(" +
+               Value() + ", " + Value() + Chance(2, ", " + Value()) + ")";
+      case 12:
+        return "-" + Value();
+      default:
+        return "(SELECT " + Of({"Max(Id)", "Id", "Sum(Preco)", "Nome"}) + " FROM Itens WHERE " + Shallow() + ")";
     }
   }
 
   std::string Condition() {
     if (++depth_ > 12) return "Id = 1";
     switch (Pick(9)) {
-      case 0: return Value() + " LIKE " + Value();
-      case 1: return Value() + " LIKE " + Column() + " & '*'";
-      case 2: return "NOT " + Value() + " Is NULL AND " + Condition();
-      case 3: return "(" + Condition() + Of({" AND ", " OR ", " XOR ", " EQV ", " IMP "}) + Condition() + ")";
-      case 4: return Value() + " BETWEEN " + Value() + " AND " + Value();
-      case 5: return Value() + " IN (" + Value() + ", " + Value() + ")";
-      case 6: return Value() + " IN (SELECT Id FROM Itens WHERE " + Shallow() + ")";
-      case 7: return Value() + Of({" > ANY ", " = ALL ", " <> SOME "}) + "(SELECT Preco FROM Itens)";
-      default: return Value() + Of({" = ", " <> ", " < ", " >= "}) + Value();
+      case 0:
+        return Value() + " LIKE " + Value();
+      case 1:
+        return Value() + " LIKE " + Column() + " & '*'";
+      case 2:
+        return "NOT " + Value() + " Is NULL AND " + Condition();
+      case 3:
+        return "(" + Condition() + Of({" AND ", " OR ", " XOR ", " EQV ", " IMP "}) + Condition() + ")";
+      case 4:
+        return Value() + " BETWEEN " + Value() + " AND " + Value();
+      case 5:
+        return Value() + " IN (" + Value() + ", " + Value() + ")";
+      case 6:
+        return Value() + " IN (SELECT Id FROM Itens WHERE " + Shallow() + ")";
+      case 7:
+        return Value() + Of({" > ANY ", " = ALL ", " <> SOME "}) + "(SELECT Preco FROM Itens)";
+      default:
+        return Value() + Of({" = ", " <> ", " < ", " >= "}) + Value();
     }
   }
 
@@ -118,10 +154,18 @@ class Walk {
     for (std::size_t i = Pick(4) + 1; i > 0 && !text.empty(); --i) {
       const std::size_t at = Pick(text.size());
       switch (Pick(4)) {
-        case 0: text.erase(at, Pick(8) + 1); break;
-        case 1: text.insert(at, 1, kBytes[Pick(kBytes.size())]); break;
-        case 2: text[at] = kBytes[Pick(kBytes.size())]; break;
-        default: text.insert(at, text.substr(Pick(text.size()), Pick(12))); break;
+        case 0:
+          text.erase(at, Pick(8) + 1);
+          break;
+        case 1:
+          text.insert(at, 1, kBytes[Pick(kBytes.size())]);
+          break;
+        case 2:
+          text[at] = kBytes[Pick(kBytes.size())];
+          break;
+        default:
+          text.insert(at, text.substr(Pick(text.size()), Pick(12)));
+          break;
       }
     }
     return text;
@@ -132,13 +176,17 @@ class Walk {
 };
 
 void Fill(tsv::db::Database& database) {
-  database.Execute("CREATE TABLE Itens (Id LONG PRIMARY KEY, Nome TEXT(30), Grupo TEXT(10), Preco CURRENCY, Qtd LONG, Peso DOUBLE, Desde DATETIME, Ativo YESNO, Obs TEXT(50), Codigo TEXT(12))");
+  database.Execute(
+      "CREATE TABLE Itens (Id LONG PRIMARY KEY, Nome TEXT(30), Grupo TEXT(10), Preco CURRENCY, Qtd LONG, Peso DOUBLE, "
+      "Desde DATETIME, Ativo YESNO, Obs TEXT(50), Codigo TEXT(12))");
   database.Execute("CREATE TABLE Grupos (Sigla TEXT(10) PRIMARY KEY, Titulo TEXT(30), Teto CURRENCY)");
   database.Execute("CREATE TABLE Movs (Id LONG, IdItem LONG, Dia DATETIME, Tipo TEXT(1), Valor CURRENCY)");
   database.Execute("CREATE TABLE Vazia (Id LONG, Valor CURRENCY)");
   for (int i = 1; i <= 6; ++i) {
     const std::string n = std::to_string(i);
-    database.Execute("INSERT INTO Itens VALUES (" + n + ", 'Item " + n + "', '" + (i % 2 == 0 ? "FER" : "tin") + "', " + n + ".25, " + n + ", 0.5, #0" + n + "/15/2008#, " + (i % 3 == 0 ? "True" : "False") + ", Null, 'A-" + n + "*')");
+    database.Execute("INSERT INTO Itens VALUES (" + n + ", 'Item " + n + "', '" + (i % 2 == 0 ? "FER" : "tin") + "', " +
+                     n + ".25, " + n + ", 0.5, #0" + n + "/15/2008#, " + (i % 3 == 0 ? "True" : "False") +
+                     ", Null, 'A-" + n + "*')");
     database.Execute("INSERT INTO Movs VALUES (" + n + ", " + n + ", #01/0" + n + "/2008#, 'S', -" + n + ".5)");
   }
   database.Execute("INSERT INTO Grupos VALUES ('FER', 'Ferragens', 50)");
@@ -172,12 +220,14 @@ int main(int argc, char** argv) {
       }
     } catch (const tsv::Erro& erro) {
       number = erro.Numero();
-      if (number == static_cast<std::int32_t>(tsv::RuntimeError::Internal) && ++broken <= 20) std::cerr << "broken: " << erro.Descricao() << "\n  " << sql << std::endl;
+      if (number == static_cast<std::int32_t>(tsv::RuntimeError::Internal) && ++broken <= 20)
+        std::cerr << "broken: " << erro.Descricao() << "\n  " << sql << std::endl;
     }
     ++outcomes[number];
     if (Clock::now() - began > std::chrono::seconds(2) && ++slow <= 5) std::cerr << "slow: " << sql << std::endl;
   }
-  for (const auto& [number, count] : outcomes) std::cout << (number == 0 ? "ran" : "error " + std::to_string(number)) << ": " << count << "\n";
+  for (const auto& [number, count] : outcomes)
+    std::cout << (number == 0 ? "ran" : "error " + std::to_string(number)) << ": " << count << "\n";
   std::cout << broken << " broken, " << slow << " slow" << std::endl;
   return broken == 0 && slow == 0 && outcomes[0] > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

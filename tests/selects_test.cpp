@@ -31,7 +31,8 @@ Json RowsOf(db::Recordset& recordset, const Json& pair) {
   Json rows = Json::array();
   for (; !recordset.EndOfFile(); recordset.MoveNext()) {
     Json row = Json::array();
-    for (std::size_t i = 0; i < recordset.FieldCount(); ++i) row.push_back(ToJson(recordset.Fields(i).Value(), pair["types"][i]));
+    for (std::size_t i = 0; i < recordset.FieldCount(); ++i)
+      row.push_back(ToJson(recordset.Fields(i).Value(), pair["types"][i]));
     rows.push_back(row);
   }
   return rows;
@@ -42,7 +43,8 @@ std::shared_ptr<db::Recordset> Open(db::Database& database, const Json& pair) {
   if (!pair.contains("parameters")) return database.OpenRecordset(sql, db::dbOpenSnapshot);
   const auto query = database.CreateQueryDef(sql);
   for (const auto& [name, value] : pair["parameters"].items()) {
-    query->Parameters(name).Value = value.is_string() ? Variant(value.get<std::string>()) : Variant(value.get<std::int32_t>());
+    query->Parameters(name).Value =
+        value.is_string() ? Variant(value.get<std::string>()) : Variant(value.get<std::int32_t>());
   }
   return query->OpenRecordset();
 }

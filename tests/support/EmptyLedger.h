@@ -28,7 +28,9 @@ class EmptyLedger {
   EmptyLedger& operator=(const EmptyLedger&) = delete;
 
   std::string Path() const { return folder_ + "/ledger.tsv"; }
-  std::shared_ptr<db::Database> Open() const { return db::DBEngine(AllDrivers()).OpenDatabase(Path(), false, false, kConnect); }
+  std::shared_ptr<db::Database> Open() const {
+    return db::DBEngine(AllDrivers()).OpenDatabase(Path(), false, false, kConnect);
+  }
 
  private:
   std::string folder_;

@@ -13,7 +13,10 @@ namespace {
 class StatementBinder {
  public:
   StatementBinder(Statement& statement, const Lexed& lexed, const Catalog& catalog)
-      : statement_(statement), catalog_(catalog), queries_(lexed, catalog, statement.parameters), expressions_(queries_.Expressions()) {}
+      : statement_(statement),
+        catalog_(catalog),
+        queries_(lexed, catalog, statement.parameters),
+        expressions_(queries_.Expressions()) {}
 
   Bound Run() {
     Bound bound;
@@ -22,9 +25,15 @@ class StatementBinder {
         if (statement_.crosstab) ExpandCrosstab(statement_, expressions_);
         bound.columns = queries_.BindQuery(*statement_.query, nullptr);
         break;
-      case Statement::Kind::Insert: Insert(); break;
-      case Statement::Kind::Update: Update(); break;
-      case Statement::Kind::Delete: Delete(); break;
+      case Statement::Kind::Insert:
+        Insert();
+        break;
+      case Statement::Kind::Update:
+        Update();
+        break;
+      case Statement::Kind::Delete:
+        Delete();
+        break;
       case Statement::Kind::CreateTable:
         if (catalog_.Find(statement_.created.name)) Raise(EngineError::TableExists, statement_.created.name);
         break;
@@ -43,7 +52,8 @@ class StatementBinder {
         for (const SourceColumn& column : output) statement_.columns.push_back(column.name);
       }
       CheckCount(output.size());
-      for (std::size_t i = 0; i < output.size(); ++i) CoerceOutput(expressions_, *statement_.query, i, Target(table, i).type);
+      for (std::size_t i = 0; i < output.size(); ++i)
+        CoerceOutput(expressions_, *statement_.query, i, Target(table, i).type);
     } else {
       if (statement_.columns.empty()) {
         for (const Column& column : table.columns) statement_.columns.push_back(column.name);
@@ -68,7 +78,8 @@ class StatementBinder {
     const Column* column = table.Find(name);
     if (!column) Raise(EngineError::UnknownInsertField, name);
     const auto before = statement_.columns.begin() + static_cast<std::ptrdiff_t>(place);
-    if (std::find(statement_.columns.begin(), before, column->name) != before) Raise(EngineError::DuplicateDestination, column->name);
+    if (std::find(statement_.columns.begin(), before, column->name) != before)
+      Raise(EngineError::DuplicateDestination, column->name);
     name = column->name;
     return *column;
   }

@@ -13,11 +13,16 @@ namespace {
 
 StatementKind KindOf(Statement::Kind kind) {
   switch (kind) {
-    case Statement::Kind::Select: return StatementKind::Select;
-    case Statement::Kind::Insert: return StatementKind::Insert;
-    case Statement::Kind::Update: return StatementKind::Update;
-    case Statement::Kind::Delete: return StatementKind::Delete;
-    case Statement::Kind::CreateTable: return StatementKind::CreateTable;
+    case Statement::Kind::Select:
+      return StatementKind::Select;
+    case Statement::Kind::Insert:
+      return StatementKind::Insert;
+    case Statement::Kind::Update:
+      return StatementKind::Update;
+    case Statement::Kind::Delete:
+      return StatementKind::Delete;
+    case Statement::Kind::CreateTable:
+      return StatementKind::CreateTable;
   }
   return StatementKind::Select;
 }
@@ -38,7 +43,8 @@ Compiled Compile(const Lexed& lexed, const Catalog& catalog, const Dialect& dial
   compiled.parameters = std::move(written.parameters);
   for (const ParameterSlot& slot : compiled.parameters) {
     const auto known = [&](const std::string& name) { return SameWord(name, slot.name); };
-    if (!slot.literal && std::none_of(compiled.names.begin(), compiled.names.end(), known)) compiled.names.push_back(slot.name);
+    if (!slot.literal && std::none_of(compiled.names.begin(), compiled.names.end(), known))
+      compiled.names.push_back(slot.name);
   }
   return compiled;
 }

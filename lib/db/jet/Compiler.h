@@ -29,12 +29,12 @@ struct ParameterSlot {
 // One statement in the engine's SQL, valid for every text of the same shape whose fixed literals are equal.
 struct Compiled {
   StatementKind kind = StatementKind::Select;
-  std::string sql;                     // empty for CreateTable
-  std::vector<ResultColumn> columns;   // of a SELECT
+  std::string sql;                    // empty for CreateTable
+  std::vector<ResultColumn> columns;  // of a SELECT
   std::vector<ParameterSlot> parameters;
-  std::vector<std::string> names;      // the named parameters, in the order of their first mention
+  std::vector<std::string> names;                        // the named parameters, in the order of their first mention
   std::vector<std::pair<std::uint32_t, Variant>> fixed;  // literals that shaped the SQL itself (TOP 3, ORDER BY 2)
-  Table created;                       // of CreateTable
+  Table created;                                         // of CreateTable
 };
 
 // Raises the engine errors of its grammar and names; a construct that is not supported raises 3251 and names it.

@@ -12,13 +12,13 @@ constexpr EngineError kSyntax = EngineError::InvalidStatement;
 constexpr int kLongestText = 255;
 
 constexpr std::array<std::pair<std::string_view, ValueType>, 21> kTypes{{
-    {"TEXT", ValueType::Text},         {"CHAR", ValueType::Text},        {"VARCHAR", ValueType::Text},
-    {"STRING", ValueType::Text},       {"LONG", ValueType::Long},        {"INTEGER", ValueType::Long},
-    {"INT", ValueType::Long},          {"SHORT", ValueType::Long},       {"SMALLINT", ValueType::Long},
-    {"BYTE", ValueType::Byte},         {"CURRENCY", ValueType::Currency}, {"MONEY", ValueType::Currency},
-    {"DOUBLE", ValueType::Double},     {"FLOAT", ValueType::Double},     {"NUMBER", ValueType::Double},
-    {"DATETIME", ValueType::Date},     {"DATE", ValueType::Date},        {"YESNO", ValueType::Boolean},
-    {"BIT", ValueType::Boolean},       {"LOGICAL", ValueType::Boolean},  {"BOOLEAN", ValueType::Boolean},
+    {"TEXT", ValueType::Text},     {"CHAR", ValueType::Text},         {"VARCHAR", ValueType::Text},
+    {"STRING", ValueType::Text},   {"LONG", ValueType::Long},         {"INTEGER", ValueType::Long},
+    {"INT", ValueType::Long},      {"SHORT", ValueType::Long},        {"SMALLINT", ValueType::Long},
+    {"BYTE", ValueType::Byte},     {"CURRENCY", ValueType::Currency}, {"MONEY", ValueType::Currency},
+    {"DOUBLE", ValueType::Double}, {"FLOAT", ValueType::Double},      {"NUMBER", ValueType::Double},
+    {"DATETIME", ValueType::Date}, {"DATE", ValueType::Date},         {"YESNO", ValueType::Boolean},
+    {"BIT", ValueType::Boolean},   {"LOGICAL", ValueType::Boolean},   {"BOOLEAN", ValueType::Boolean},
 }};
 
 std::vector<std::string> NamesInParentheses(TokenReader& reader) {

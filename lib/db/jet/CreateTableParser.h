@@ -14,7 +14,8 @@ struct DeclaredType {
 // An unknown type raises 3251.
 DeclaredType ParseType(TokenReader& reader);
 
-// What follows CREATE TABLE: name (column type [NOT NULL] [PRIMARY KEY | UNIQUE], ..., [CONSTRAINT n] PRIMARY KEY (...)).
+// What follows CREATE TABLE: name (column type [NOT NULL] [PRIMARY KEY | UNIQUE], ..., [CONSTRAINT n] PRIMARY KEY
+// (...)).
 Table ParseCreateTable(TokenReader& reader);
 
 }  // namespace tsv::db::jet

@@ -30,7 +30,8 @@ ExpressionPtr LiteralNode(std::uint32_t literal) {
 
 void ExpandCrosstab(Statement& statement, ExpressionBinder& binder) {
   const Crosstab& crosstab = *statement.crosstab;
-  if (crosstab.value->kind != Kind::Aggregate) Raise(EngineError::Unsupported, "TRANSFORM que não seja uma função de agregação");
+  if (crosstab.value->kind != Kind::Aggregate)
+    Raise(EngineError::Unsupported, "TRANSFORM que não seja uma função de agregação");
   if (statement.query->blocks.size() != 1) Raise(EngineError::Unsupported, "TRANSFORM sobre UNION");
   for (const std::uint32_t column : crosstab.columns) {
     binder.Fix(column);

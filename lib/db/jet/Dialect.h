@@ -23,24 +23,29 @@ class Dialect {
   virtual std::string Convert(const std::string& value, ValueType from, ValueType to) const = 0;
 
   // Numbers of one type; op is one of + - * (Long, Currency, Decimal, Double) and / \ MOD ^ (Double).
-  virtual std::string Arithmetic(std::string_view op, ValueType type, const std::string& a, const std::string& b) const = 0;
+  virtual std::string Arithmetic(std::string_view op, ValueType type, const std::string& a,
+                                 const std::string& b) const = 0;
 
   // Two values of one type; op is one of = <> < > <= >=. exact: compared to the letter (see Column::exact).
-  virtual std::string Compare(std::string_view op, ValueType type, bool exact, const std::string& a, const std::string& b) const = 0;
+  virtual std::string Compare(std::string_view op, ValueType type, bool exact, const std::string& a,
+                              const std::string& b) const = 0;
 
   // A text as an operand of IN, DISTINCT, GROUP BY or UNION (equal without regard to case), or as a sort key.
   virtual std::string EqualityKey(const std::string& text) const = 0;
   virtual std::string SortKey(const std::string& text) const = 0;
 
-  virtual std::string Concat(const std::string& a, const std::string& b) const = 0;  // Null counts as empty beside a text
+  virtual std::string Concat(const std::string& a,
+                             const std::string& b) const = 0;  // Null counts as empty beside a text
   virtual std::string Like(const std::string& text, const std::string& pattern) const = 0;
-  virtual std::string LikePrefix(const std::string& text, const std::string& prefix) const = 0;  // text LIKE prefix & '*'
+  virtual std::string LikePrefix(const std::string& text,
+                                 const std::string& prefix) const = 0;  // text LIKE prefix & '*'
 
   // Abs of a condition: 1 or 0, which running balances multiply by.
   virtual std::string Magnitude(const std::string& condition) const = 0;
 
   // A function of the table in Functions.h; types are those of the arguments as given.
-  virtual std::string Call(const Function& function, std::span<const std::string> arguments, std::span<const ValueType> types) const = 0;
+  virtual std::string Call(const Function& function, std::span<const std::string> arguments,
+                           std::span<const ValueType> types) const = 0;
 
   // Sum, Avg, Min, Max, First, Last, Count over a value of the type; Single is the one value of a subquery (two: 3354).
   virtual std::string Aggregate(std::string_view name, ValueType type, const std::string& value) const = 0;

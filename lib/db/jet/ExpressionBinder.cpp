@@ -23,13 +23,20 @@ ValueType Meeting(const Expression& a, const Expression& b, ValueType (*meet)(Va
 
 ValueType TypeFor(ArgumentKind kind) {
   switch (kind) {
-    case ArgumentKind::Boolean: return ValueType::Boolean;
-    case ArgumentKind::Long: return ValueType::Long;
-    case ArgumentKind::Currency: return ValueType::Currency;
-    case ArgumentKind::Double: return ValueType::Double;
-    case ArgumentKind::Date: return ValueType::Date;
-    case ArgumentKind::Text: return ValueType::Text;
-    case ArgumentKind::Any: break;
+    case ArgumentKind::Boolean:
+      return ValueType::Boolean;
+    case ArgumentKind::Long:
+      return ValueType::Long;
+    case ArgumentKind::Currency:
+      return ValueType::Currency;
+    case ArgumentKind::Double:
+      return ValueType::Double;
+    case ArgumentKind::Date:
+      return ValueType::Date;
+    case ArgumentKind::Text:
+      return ValueType::Text;
+    case ArgumentKind::Any:
+      break;
   }
   return ValueType::Text;
 }
@@ -58,11 +65,19 @@ void ExpressionBinder::Bind(ExpressionPtr& expression, const Scope& scope) {
   if (aggregate) insideAggregate_ = false;
 
   switch (e.kind) {
-    case Kind::Literal: e.type = TypeOf(LiteralAt(e.literal)); break;
-    case Kind::Boolean: e.type = ValueType::Boolean; break;
-    case Kind::Name: BindName(e, scope); break;
+    case Kind::Literal:
+      e.type = TypeOf(LiteralAt(e.literal));
+      break;
+    case Kind::Boolean:
+      e.type = ValueType::Boolean;
+      break;
+    case Kind::Name:
+      BindName(e, scope);
+      break;
     case Kind::Negate:
-    case Kind::Arithmetic: BindArithmetic(expression); break;
+    case Kind::Arithmetic:
+      BindArithmetic(expression);
+      break;
     case Kind::Not:
     case Kind::Logical:
       for (ExpressionPtr& operand : e.operands) Coerce(operand, ValueType::Boolean);
@@ -72,18 +87,33 @@ void ExpressionBinder::Bind(ExpressionPtr& expression, const Scope& scope) {
       CoerceBoth(e, ValueType::Text);
       e.type = ValueType::Text;
       break;
-    case Kind::Compare: BindCompare(e); break;
-    case Kind::Like: BindLike(e); break;
+    case Kind::Compare:
+      BindCompare(e);
+      break;
+    case Kind::Like:
+      BindLike(e);
+      break;
     case Kind::Between:
-    case Kind::InList: BindItems(e); break;
-    case Kind::IsNull: e.type = ValueType::Boolean; break;
+    case Kind::InList:
+      BindItems(e);
+      break;
+    case Kind::IsNull:
+      e.type = ValueType::Boolean;
+      break;
     case Kind::InQuery:
     case Kind::Quantified:
     case Kind::Exists:
-    case Kind::Scalar: BindQueryOperand(e, scope); break;
-    case Kind::Call: BindCall(expression); break;
-    case Kind::Aggregate: BindAggregate(e); break;
-    default: break;
+    case Kind::Scalar:
+      BindQueryOperand(e, scope);
+      break;
+    case Kind::Call:
+      BindCall(expression);
+      break;
+    case Kind::Aggregate:
+      BindAggregate(e);
+      break;
+    default:
+      break;
   }
 }
 
@@ -112,8 +142,8 @@ void ExpressionBinder::Coerce(ExpressionPtr& expression, ValueType type) const {
     return;
   }
   // A literal takes its new form when it is bound, so that an index on the other side stays usable.
-  const bool rebound = e.kind == Kind::Literal && e.type != ValueType::Text && type != ValueType::Text && type != ValueType::Boolean &&
-                       TypeOf(LiteralAt(e.literal)) == e.type;
+  const bool rebound = e.kind == Kind::Literal && e.type != ValueType::Text && type != ValueType::Text &&
+                       type != ValueType::Boolean && TypeOf(LiteralAt(e.literal)) == e.type;
   if (rebound) {
     e.type = type;
     return;
@@ -136,7 +166,8 @@ void ExpressionBinder::BindArithmetic(ExpressionPtr& expression) const {
   if (e.kind == Kind::Negate) {
     if (IsUntypedParameter(*e.operands[0])) Coerce(e.operands[0], ValueType::Double);
     if (e.operands[0]->type == ValueType::Text) Raise(EngineError::CriteriaTypeMismatch);
-    Coerce(e.operands[0], e.operands[0]->type == ValueType::Date ? ValueType::Double : PlainNumber(e.operands[0]->type));
+    Coerce(e.operands[0],
+           e.operands[0]->type == ValueType::Date ? ValueType::Double : PlainNumber(e.operands[0]->type));
     e.type = e.operands[0]->type;
     return;
   }
@@ -252,7 +283,8 @@ void ExpressionBinder::BindQueryOperand(Expression& e, const Scope& scope) {
 
 void ExpressionBinder::BindAggregate(Expression& e) const {
   e.type = ValueType::Long;
-  if (e.operands.empty() && !SameWord(e.name, "COUNT")) Raise(EngineError::SyntaxInExpression, "função de agregação sem argumento");
+  if (e.operands.empty() && !SameWord(e.name, "COUNT"))
+    Raise(EngineError::SyntaxInExpression, "função de agregação sem argumento");
   if (e.operands.size() > 1) Raise(EngineError::SyntaxInExpression, "função de agregação com mais de um argumento");
   if (SameWord(e.name, "COUNT")) return;
   ExpressionPtr& value = e.operands[0];
@@ -268,7 +300,9 @@ void ExpressionBinder::BindAggregate(Expression& e) const {
 }
 
 bool ExpressionBinder::Same(const Expression& a, const Expression& b) {
-  if (a.kind != b.kind || a.type != b.type || a.op != b.op || a.flag != b.flag || a.operands.size() != b.operands.size()) return false;
+  if (a.kind != b.kind || a.type != b.type || a.op != b.op || a.flag != b.flag ||
+      a.operands.size() != b.operands.size())
+    return false;
   if (a.query || b.query || !SameWord(a.name, b.name) || !SameWord(a.qualifier, b.qualifier)) return false;
   if (a.kind == Kind::Literal) {
     if (LiteralAt(a.literal) != LiteralAt(b.literal)) return false;
@@ -285,8 +319,8 @@ void CoerceOutput(const ExpressionBinder& binder, Query& query, std::size_t plac
 }
 
 bool HasAggregate(const Expression& expression) {
-  return expression.kind == Kind::Aggregate ||
-         std::any_of(expression.operands.begin(), expression.operands.end(), [](const ExpressionPtr& e) { return HasAggregate(*e); });
+  return expression.kind == Kind::Aggregate || std::any_of(expression.operands.begin(), expression.operands.end(),
+                                                           [](const ExpressionPtr& e) { return HasAggregate(*e); });
 }
 
 // Calls: the conditional ones are forms of the language, the others come from the table of functions.
@@ -322,7 +356,8 @@ bool ExpressionBinder::BindConditional(Expression& call) const {
   } else if (SameWord(call.name, "NZ")) {
     count(call.operands.size() == 1 || call.operands.size() == 2);
     if (call.operands.size() == 1) {
-      if (call.operands[0]->type == ValueType::Text) Raise(EngineError::Unsupported, "Nz de um texto sem o segundo argumento");
+      if (call.operands[0]->type == ValueType::Text)
+        Raise(EngineError::Unsupported, "Nz de um texto sem o segundo argumento");
       call.operands.push_back(std::make_unique<Expression>(Kind::Boolean));
       call.operands[1]->type = ValueType::Boolean;
     }

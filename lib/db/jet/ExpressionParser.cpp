@@ -38,7 +38,8 @@ ExpressionParser::Nesting::Nesting(ExpressionParser& parser) : parser_(parser) {
 ExpressionPtr ExpressionParser::Logical(std::size_t level) {
   if (level == kLogical.size()) return Not();
   ExpressionPtr left = Logical(level + 1);
-  while (reader_.TakeWord(kLogical[level])) left = Node(Kind::Logical, std::move(left), Logical(level + 1), kLogical[level]);
+  while (reader_.TakeWord(kLogical[level]))
+    left = Node(Kind::Logical, std::move(left), Logical(level + 1), kLogical[level]);
   return left;
 }
 
@@ -52,7 +53,8 @@ ExpressionPtr ExpressionParser::Comparison() {
   ExpressionPtr left = Concat();
   for (;;) {
     const Token& token = reader_.Peek();
-    if (token.kind == TokenKind::Operator && std::find(kComparisons.begin(), kComparisons.end(), token.text) != kComparisons.end()) {
+    if (token.kind == TokenKind::Operator &&
+        std::find(kComparisons.begin(), kComparisons.end(), token.text) != kComparisons.end()) {
       left = ComparedWith(reader_.Next().text, std::move(left));
     } else if (reader_.IsWord("IS")) {
       reader_.Next();
@@ -61,7 +63,8 @@ ExpressionPtr ExpressionParser::Comparison() {
       left = NegatedIf(negated, Node(Kind::IsNull, std::move(left)));
     } else if (reader_.IsWord("LIKE") || reader_.IsWord("IN") || reader_.IsWord("BETWEEN")) {
       left = Predicate(std::move(left), false);
-    } else if (reader_.IsWord("NOT") && (reader_.IsWord("LIKE", 1) || reader_.IsWord("IN", 1) || reader_.IsWord("BETWEEN", 1))) {
+    } else if (reader_.IsWord("NOT") &&
+               (reader_.IsWord("LIKE", 1) || reader_.IsWord("IN", 1) || reader_.IsWord("BETWEEN", 1))) {
       reader_.Next();
       left = Predicate(std::move(left), true);
     } else {
@@ -114,13 +117,14 @@ ExpressionPtr ExpressionParser::Concat() {
 }
 
 ExpressionPtr ExpressionParser::Arithmetic(std::size_t level) {
-  static constexpr std::array<std::array<std::string_view, 2>, 4> kLevels{{{"+", "-"}, {"MOD", "MOD"}, {"\\", "\\"}, {"*", "/"}}};
+  static constexpr std::array<std::array<std::string_view, 2>, 4> kLevels{
+      {{"+", "-"}, {"MOD", "MOD"}, {"\\", "\\"}, {"*", "/"}}};
   if (level == kLevels.size()) return Unary();
   ExpressionPtr left = Arithmetic(level + 1);
   for (;;) {
     const auto& ops = kLevels[level];
-    const auto taken = std::find_if(ops.begin(), ops.end(),
-                                    [&](std::string_view op) { return reader_.TakeOperator(op) || reader_.TakeWord(op); });
+    const auto taken = std::find_if(
+        ops.begin(), ops.end(), [&](std::string_view op) { return reader_.TakeOperator(op) || reader_.TakeWord(op); });
     if (taken == ops.end()) return left;
     left = Node(Kind::Arithmetic, std::move(left), Arithmetic(level + 1), *taken);
   }
@@ -171,7 +175,8 @@ ExpressionPtr ExpressionParser::Primary() {
   }
   if (reader_.IsWord("NOT")) return Not();
   // LEFT and RIGHT are words of joins, and functions where an expression begins.
-  if (reader_.IsName() || ((reader_.IsWord("LEFT") || reader_.IsWord("RIGHT")) && reader_.IsOperator("(", 1))) return NameOrCall();
+  if (reader_.IsName() || ((reader_.IsWord("LEFT") || reader_.IsWord("RIGHT")) && reader_.IsOperator("(", 1)))
+    return NameOrCall();
   Raise(kSyntax, "falta um operando");
 }
 
@@ -212,7 +217,8 @@ ExpressionPtr ExpressionParser::NameOrCall() {
 
 ExpressionPtr ExpressionParser::Call(std::string name) {
   if (name.back() == '$') name.pop_back();
-  const bool aggregate = std::any_of(kAggregates.begin(), kAggregates.end(), [&](std::string_view a) { return SameWord(a, name); });
+  const bool aggregate =
+      std::any_of(kAggregates.begin(), kAggregates.end(), [&](std::string_view a) { return SameWord(a, name); });
   ExpressionPtr node = Node(aggregate ? Kind::Aggregate : Kind::Call);
   node->name = std::move(name);
   reader_.ExpectOperator("(", kSyntax);
@@ -220,7 +226,8 @@ ExpressionPtr ExpressionParser::Call(std::string name) {
   if (aggregate && reader_.IsOperator("*") && SameWord(node->name, "COUNT")) {
     reader_.Next();
   } else {
-    if (aggregate && reader_.IsWord("DISTINCT")) Raise(EngineError::Unsupported, "DISTINCT dentro de uma função de agregação");
+    if (aggregate && reader_.IsWord("DISTINCT"))
+      Raise(EngineError::Unsupported, "DISTINCT dentro de uma função de agregação");
     do {
       node->operands.push_back(Parse());
     } while (reader_.TakeOperator(","));

@@ -23,14 +23,22 @@ std::string ExpressionWriter::Place(ParameterSlot slot) {
 
 std::string ExpressionWriter::Write(const Expression& e) {
   switch (e.kind) {
-    case Kind::Literal: return Place({e.type, e.literal, {}});
-    case Kind::Parameter: return Place({e.type == ValueType::Null ? ValueType::Text : e.type, std::nullopt, e.name});
-    case Kind::Null: return "NULL";
-    case Kind::Boolean: return e.flag ? "TRUE" : "FALSE";
-    case Kind::Name: return dialect_.Name(e.qualifier) + "." + dialect_.Name(e.name);
-    case Kind::Negate: return "(-" + Operand(e, 0) + ")";
-    case Kind::Not: return "(NOT " + Operand(e, 0) + ")";
-    case Kind::Arithmetic: return Arithmetic(e);
+    case Kind::Literal:
+      return Place({e.type, e.literal, {}});
+    case Kind::Parameter:
+      return Place({e.type == ValueType::Null ? ValueType::Text : e.type, std::nullopt, e.name});
+    case Kind::Null:
+      return "NULL";
+    case Kind::Boolean:
+      return e.flag ? "TRUE" : "FALSE";
+    case Kind::Name:
+      return dialect_.Name(e.qualifier) + "." + dialect_.Name(e.name);
+    case Kind::Negate:
+      return "(-" + Operand(e, 0) + ")";
+    case Kind::Not:
+      return "(NOT " + Operand(e, 0) + ")";
+    case Kind::Arithmetic:
+      return Arithmetic(e);
     case Kind::Concat: {
       const std::string left = Operand(e, 0);
       return dialect_.Concat(left, Operand(e, 1));
@@ -39,34 +47,45 @@ std::string ExpressionWriter::Write(const Expression& e) {
       const std::string left = Operand(e, 0);
       return dialect_.Compare(e.op, e.operands[0]->type, e.exact, left, Operand(e, 1));
     }
-    case Kind::Logical: return Logical(e);
+    case Kind::Logical:
+      return Logical(e);
     case Kind::Like:
     case Kind::LikePrefix: {
       const std::string text = Operand(e, 0);
       const std::string other = Operand(e, 1);
       return e.kind == Kind::Like ? dialect_.Like(text, other) : dialect_.LikePrefix(text, other);
     }
-    case Kind::Between: return Between(e);
-    case Kind::InList: return InList(e);
+    case Kind::Between:
+      return Between(e);
+    case Kind::InList:
+      return InList(e);
     case Kind::InQuery: {
       const std::string value = Key(*e.operands[0], e.exact);
       return "(" + value + " IN (" + writeQuery_(*e.query) + "))";
     }
-    case Kind::Quantified: return Quantified(e);
-    case Kind::IsNull: return "(" + Operand(e, 0) + " IS NULL)";
-    case Kind::Exists: return "EXISTS (" + writeQuery_(*e.query) + ")";
-    case Kind::Scalar: return Scalar(e);
-    case Kind::Call: return Call(e);
-    case Kind::Case: return Case(e);
+    case Kind::Quantified:
+      return Quantified(e);
+    case Kind::IsNull:
+      return "(" + Operand(e, 0) + " IS NULL)";
+    case Kind::Exists:
+      return "EXISTS (" + writeQuery_(*e.query) + ")";
+    case Kind::Scalar:
+      return Scalar(e);
+    case Kind::Call:
+      return Call(e);
+    case Kind::Case:
+      return Case(e);
     case Kind::Coalesce: {
       const std::string value = Operand(e, 0);
       return "coalesce(" + value + ", " + Operand(e, 1) + ")";
     }
-    case Kind::Magnitude: return dialect_.Magnitude(Operand(e, 0));
+    case Kind::Magnitude:
+      return dialect_.Magnitude(Operand(e, 0));
     case Kind::Aggregate:
       if (e.operands.empty()) return "count(*)";
       return dialect_.Aggregate(e.name, e.operands[0]->type, Operand(e, 0));
-    case Kind::Convert: return dialect_.Convert(Operand(e, 0), e.operands[0]->type, e.type);
+    case Kind::Convert:
+      return dialect_.Convert(Operand(e, 0), e.operands[0]->type, e.type);
   }
   return {};
 }
@@ -82,7 +101,8 @@ std::string ExpressionWriter::SortKey(const Expression& expression) {
   std::string written = Write(expression);
   if (expression.type == ValueType::Text && !expression.exact) return dialect_.SortKey(written);
   // True is -1 and so comes before False.
-  return expression.type == ValueType::Boolean ? dialect_.Convert(written, ValueType::Boolean, ValueType::Long) : written;
+  return expression.type == ValueType::Boolean ? dialect_.Convert(written, ValueType::Boolean, ValueType::Long)
+                                               : written;
 }
 
 std::string ExpressionWriter::Logical(const Expression& e) {
@@ -105,7 +125,8 @@ std::string ExpressionWriter::Between(const Expression& e) {
   const std::string value = Operand(e, 0);
   const std::string low = Operand(e, 1);
   const std::string high = Operand(e, 2);
-  return "(" + dialect_.Compare(">=", type, e.exact, value, low) + " AND " + dialect_.Compare("<=", type, e.exact, value, high) + ")";
+  return "(" + dialect_.Compare(">=", type, e.exact, value, low) + " AND " +
+         dialect_.Compare("<=", type, e.exact, value, high) + ")";
 }
 
 std::string ExpressionWriter::InList(const Expression& e) {
@@ -127,7 +148,8 @@ std::string ExpressionWriter::Scalar(const Expression& e) {
   std::string query = writeQuery_(*e.query);
   if (HasOneRow(*e.query)) return "(" + query + ")";
   const std::string alias = dialect_.Name(kSubqueryAlias);
-  return "(SELECT " + dialect_.Aggregate("Single", e.type, alias + "." + dialect_.Name("c1")) + " FROM (" + query + ") AS " + alias + ")";
+  return "(SELECT " + dialect_.Aggregate("Single", e.type, alias + "." + dialect_.Name("c1")) + " FROM (" + query +
+         ") AS " + alias + ")";
 }
 
 std::string ExpressionWriter::Case(const Expression& e) {

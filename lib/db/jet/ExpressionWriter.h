@@ -14,7 +14,8 @@ class ExpressionWriter {
  public:
   using QueryWriter = std::function<std::string(const Query&)>;
 
-  ExpressionWriter(const Dialect& dialect, QueryWriter writeQuery) : dialect_(dialect), writeQuery_(std::move(writeQuery)) {}
+  ExpressionWriter(const Dialect& dialect, QueryWriter writeQuery)
+      : dialect_(dialect), writeQuery_(std::move(writeQuery)) {}
 
   std::string Write(const Expression& expression);
   std::string EqualityKey(const Expression& expression);  // for DISTINCT, GROUP BY, UNION

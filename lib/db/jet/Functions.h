@@ -15,12 +15,12 @@ namespace tsv::db::jet {
 enum class ArgumentKind { Boolean, Long, Currency, Double, Date, Text, Any };
 
 struct Function {
-  std::string_view name;                 // as documentation writes it: "DateAdd"
-  std::vector<ArgumentKind> arguments;   // Any keeps the type of what is given
-  std::size_t required = 0;              // how many of them must be given
-  ValueType result = ValueType::Null;    // Null: the type of the first argument
-  bool passesNull = true;                // any Null argument makes the result Null without a call
-  bool constant = true;                  // the same arguments give the same result (not Now, Date, Time)
+  std::string_view name;                // as documentation writes it: "DateAdd"
+  std::vector<ArgumentKind> arguments;  // Any keeps the type of what is given
+  std::size_t required = 0;             // how many of them must be given
+  ValueType result = ValueType::Null;   // Null: the type of the first argument
+  bool passesNull = true;               // any Null argument makes the result Null without a call
+  bool constant = true;                 // the same arguments give the same result (not Now, Date, Time)
 
   // Omitted optional arguments are left out. Raises the runtime's errors (5, 6, 11, 13).
   Variant (*call)(std::span<const Variant> arguments) = nullptr;

@@ -85,7 +85,8 @@ class Scanner {
 
   void BracketedName() {
     const std::size_t end = sql_.find(']', at_);
-    if (end == std::string_view::npos || end == at_ + 1) Raise(EngineError::SyntaxInExpression, "nome entre colchetes incompleto");
+    if (end == std::string_view::npos || end == at_ + 1)
+      Raise(EngineError::SyntaxInExpression, "nome entre colchetes incompleto");
     Add(TokenKind::Bracketed, sql_.substr(at_ + 1, end - at_ - 1));
     at_ = end + 1;
   }
@@ -125,7 +126,9 @@ class Scanner {
   bool JoinsNumber() {
     std::size_t digits = at_ + 1;
     while (digits < sql_.size() && IsBlank(sql_[digits])) ++digits;
-    const bool number = digits < sql_.size() && (IsDigit(sql_[digits]) || (sql_[digits] == '.' && digits + 1 < sql_.size() && IsDigit(sql_[digits + 1])));
+    const bool number =
+        digits < sql_.size() &&
+        (IsDigit(sql_[digits]) || (sql_[digits] == '.' && digits + 1 < sql_.size() && IsDigit(sql_[digits + 1])));
     if (!number) return false;
     std::size_t after = EndOfNumber(digits);
     while (after < sql_.size() && IsBlank(sql_[after])) ++after;

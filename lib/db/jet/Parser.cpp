@@ -18,7 +18,8 @@ class StatementParser {
     if (reader_.TakeWord("PARAMETERS")) statement.parameters = Parameters();
     Body(statement);
     const bool closed = reader_.TakeOperator(";");
-    if (!reader_.AtEnd()) closed ? Raise(EngineError::TextAfterEnd) : Raise(EngineError::SyntaxInExpression, "falta um operador");
+    if (!reader_.AtEnd())
+      closed ? Raise(EngineError::TextAfterEnd) : Raise(EngineError::SyntaxInExpression, "falta um operador");
     return statement;
   }
 
@@ -179,7 +180,8 @@ class StatementParser {
     if (pivot->kind != Expression::Kind::InList) Raise(EngineError::Unsupported, "PIVOT sem a lista IN das colunas");
     crosstab.by = std::move(pivot->operands.front());
     for (std::size_t i = 1; i < pivot->operands.size(); ++i) {
-      if (pivot->operands[i]->kind != Expression::Kind::Literal) Raise(EngineError::SyntaxInSelect, "coluna de PIVOT que não é um valor");
+      if (pivot->operands[i]->kind != Expression::Kind::Literal)
+        Raise(EngineError::SyntaxInSelect, "coluna de PIVOT que não é um valor");
       crosstab.columns.push_back(pivot->operands[i]->literal);
     }
     statement.crosstab = std::move(crosstab);

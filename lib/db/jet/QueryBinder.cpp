@@ -16,7 +16,8 @@ constexpr std::size_t kFirstUnnamed = 1000;
 
 Source SourceOf(const Table& table, const std::string& alias) {
   Source source{alias, {}};
-  for (const Column& column : table.columns) source.columns.push_back({column.name, column.name, column.type, column.exact});
+  for (const Column& column : table.columns)
+    source.columns.push_back({column.name, column.name, column.type, column.exact});
   return source;
 }
 
@@ -30,7 +31,8 @@ std::optional<std::size_t> PlaceOf(const Output& output, std::string_view name) 
 bool IsGrouped(const Query& query, const SelectBlock& block) {
   const auto aggregates = [](const auto& item) { return HasAggregate(*item.value); };
   return !block.groupBy.empty() || block.having || std::any_of(block.items.begin(), block.items.end(), aggregates) ||
-         std::any_of(query.orderBy.begin(), query.orderBy.end(), [&](const OrderItem& i) { return i.value && aggregates(i); });
+         std::any_of(query.orderBy.begin(), query.orderBy.end(),
+                     [&](const OrderItem& i) { return i.value && aggregates(i); });
 }
 
 }  // namespace
@@ -100,7 +102,8 @@ Output QueryBinder::BindBlock(SelectBlock& block, Scope& scope) {
     const std::string name = item.value->name;
     const std::string qualifier = item.value->qualifier;
     expressions_.Bind(item.value, scope);
-    if (item.alias.empty() && isName && item.value->kind == Kind::Name) item.alias = scope.Resolve(qualifier, name).column->name;
+    if (item.alias.empty() && isName && item.value->kind == Kind::Name)
+      item.alias = scope.Resolve(qualifier, name).column->name;
     const std::string place = std::to_string(output.size() + 1);
     if (item.alias.empty()) item.alias = "Expr" + std::to_string(kFirstUnnamed + output.size());
     output.push_back({item.alias, "c" + place, item.value->type, item.value->exact});
@@ -150,7 +153,8 @@ void QueryBinder::BindOrder(Query& query, const Output& output, const Scope& sco
       item.place = static_cast<std::size_t>(*place) - 1;
       continue;
     }
-    const bool isColumn = value.kind == Kind::Name && !scope.Sources().empty() && scope.Resolve(value.qualifier, value.name).column;
+    const bool isColumn =
+        value.kind == Kind::Name && !scope.Sources().empty() && scope.Resolve(value.qualifier, value.name).column;
     if (value.kind == Kind::Name && value.qualifier.empty() && !isColumn) item.place = PlaceOf(output, value.name);
     if (item.place) continue;
     if (query.blocks.size() > 1) Raise(EngineError::Unsupported, "ORDER BY de UNION por uma expressão");

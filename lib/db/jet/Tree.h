@@ -19,7 +19,7 @@ using ExpressionPtr = std::unique_ptr<Expression>;
 
 struct Expression {
   enum class Kind {
-    Literal,     // literal
+    Literal,  // literal
     Null,
     Boolean,     // flag
     Name,        // qualifier, name; after binding: the source's alias and the column's own name
@@ -60,7 +60,7 @@ struct Expression {
 
   // Set by the binder.
   ValueType type = ValueType::Null;
-  bool exact = false;                 // a text compared to the letter
+  bool exact = false;                  // a text compared to the letter
   const Function* function = nullptr;  // of Call
 };
 

@@ -8,16 +8,28 @@ namespace {
 class StatementWriter {
  public:
   StatementWriter(const Statement& statement, const Lexed& lexed, const Dialect& dialect)
-      : statement_(statement), lexed_(lexed), dialect_(dialect), expressions_(dialect, [this](const Query& q) { return WriteQuery(q); }) {}
+      : statement_(statement),
+        lexed_(lexed),
+        dialect_(dialect),
+        expressions_(dialect, [this](const Query& q) { return WriteQuery(q); }) {}
 
   Written Run() {
     Written written;
     switch (statement_.kind) {
-      case Statement::Kind::Select: written.sql = WriteQuery(*statement_.query); break;
-      case Statement::Kind::Insert: written.sql = Insert(); break;
-      case Statement::Kind::Update: written.sql = Update(); break;
-      case Statement::Kind::Delete: written.sql = "DELETE FROM " + Source(*statement_.from) + Where(); break;
-      case Statement::Kind::CreateTable: break;
+      case Statement::Kind::Select:
+        written.sql = WriteQuery(*statement_.query);
+        break;
+      case Statement::Kind::Insert:
+        written.sql = Insert();
+        break;
+      case Statement::Kind::Update:
+        written.sql = Update();
+        break;
+      case Statement::Kind::Delete:
+        written.sql = "DELETE FROM " + Source(*statement_.from) + Where();
+        break;
+      case Statement::Kind::CreateTable:
+        break;
     }
     written.parameters = std::move(expressions_.Parameters());
     return written;
@@ -39,7 +51,8 @@ class StatementWriter {
       const Expression& value = *query.blocks[0].items[*item.place].value;
       const std::string column = dialect_.Name("c" + std::to_string(*item.place + 1));
       const bool language = value.type == ValueType::Text && !value.exact;
-      order += (order.empty() ? " ORDER BY " : ", ") + (language ? dialect_.SortKey(column) : column) + (item.descending ? " DESC" : "");
+      order += (order.empty() ? " ORDER BY " : ", ") + (language ? dialect_.SortKey(column) : column) +
+               (item.descending ? " DESC" : "");
     }
     return "SELECT * FROM (" + united + ") AS " + dialect_.Name("=u") + order;
   }
@@ -54,7 +67,8 @@ class StatementWriter {
       text += " AS " + dialect_.Name("c" + std::to_string(i + 1));
     }
     const bool ranked = block.top && !orderBy.empty();
-    for (std::size_t i = 0; ranked && i < orderBy.size(); ++i) text += ", " + OrderKey(block, orderBy[i]) + " AS " + dialect_.Name(KeyName(i));
+    for (std::size_t i = 0; ranked && i < orderBy.size(); ++i)
+      text += ", " + OrderKey(block, orderBy[i]) + " AS " + dialect_.Name(KeyName(i));
     text += Sources(block);
     if (block.where) text += " WHERE " + expressions_.Write(*block.where);
     for (std::size_t i = 0; i < block.groupBy.size(); ++i) {
@@ -76,15 +90,19 @@ class StatementWriter {
     for (std::size_t i = 0; i < orderBy.size(); ++i) {
       const ValueType type = KeyType(block, orderBy[i]);
       const std::string key = dialect_.Name(KeyName(i));
-      window += (i == 0 ? "ORDER BY " : ", ") + (type == ValueType::Text ? dialect_.SortKey(key) : key) + Direction(orderBy[i]);
+      window += (i == 0 ? "ORDER BY " : ", ") + (type == ValueType::Text ? dialect_.SortKey(key) : key) +
+                Direction(orderBy[i]);
     }
     std::string columns;
-    for (std::size_t i = 0; i < block.items.size(); ++i) columns += (i > 0 ? ", " : "") + dialect_.Name("c" + std::to_string(i + 1));
+    for (std::size_t i = 0; i < block.items.size(); ++i)
+      columns += (i > 0 ? ", " : "") + dialect_.Name("c" + std::to_string(i + 1));
     const std::string place = dialect_.Name("=place");
-    const std::string kept = block.top->percent ? "(" + place + " - 1) * 100 < " + dialect_.Name("=total") + " * " + count : place + " <= " + count;
-    return "SELECT " + columns + " FROM (SELECT *, " + (orderBy.empty() ? "row_number()" : "rank()") + " OVER (" + window + ") AS " + place +
-           ", count(*) OVER () AS " + dialect_.Name("=total") + " FROM (" + inner + ") AS " + dialect_.Name("=i") + ") AS " +
-           dialect_.Name("=r") + " WHERE " + kept + " ORDER BY " + place;
+    const std::string kept = block.top->percent
+                                 ? "(" + place + " - 1) * 100 < " + dialect_.Name("=total") + " * " + count
+                                 : place + " <= " + count;
+    return "SELECT " + columns + " FROM (SELECT *, " + (orderBy.empty() ? "row_number()" : "rank()") + " OVER (" +
+           window + ") AS " + place + ", count(*) OVER () AS " + dialect_.Name("=total") + " FROM (" + inner + ") AS " +
+           dialect_.Name("=i") + ") AS " + dialect_.Name("=r") + " WHERE " + kept + " ORDER BY " + place;
   }
 
   static std::string KeyName(std::size_t i) { return "=k" + std::to_string(i + 1); }
@@ -97,7 +115,9 @@ class StatementWriter {
     const Expression& key = KeyOf(block, item);
     return key.exact ? ValueType::Null : key.type;
   }
-  std::string OrderKey(const SelectBlock& block, const OrderItem& item) { return expressions_.SortKey(KeyOf(block, item)); }
+  std::string OrderKey(const SelectBlock& block, const OrderItem& item) {
+    return expressions_.SortKey(KeyOf(block, item));
+  }
 
   std::string Sources(const SelectBlock& block) {
     std::string text;
@@ -111,16 +131,21 @@ class StatementWriter {
 
   std::string Source(const From& from) {
     switch (from.kind) {
-      case From::Kind::Table: return dialect_.Name(from.name) + " AS " + dialect_.Name(from.alias);
-      case From::Kind::Derived: return "(" + WriteQuery(*from.query) + ") AS " + dialect_.Name(from.alias);
+      case From::Kind::Table:
+        return dialect_.Name(from.name) + " AS " + dialect_.Name(from.alias);
+      case From::Kind::Derived:
+        return "(" + WriteQuery(*from.query) + ") AS " + dialect_.Name(from.alias);
       case From::Kind::Inner:
       case From::Kind::Left:
-      case From::Kind::Right: break;
+      case From::Kind::Right:
+        break;
     }
     // Joins associate to the left, so only a join on the right needs its parentheses.
     const std::string left = Source(*from.left);
     const std::string right = Source(*from.right);
-    const std::string_view kind = from.kind == From::Kind::Inner ? " INNER JOIN " : from.kind == From::Kind::Left ? " LEFT JOIN " : " RIGHT JOIN ";
+    const std::string_view kind = from.kind == From::Kind::Inner  ? " INNER JOIN "
+                                  : from.kind == From::Kind::Left ? " LEFT JOIN "
+                                                                  : " RIGHT JOIN ";
     std::string text = left;
     text += kind;
     text += from.right->left ? "(" + right + ")" : right;
@@ -131,10 +156,12 @@ class StatementWriter {
 
   std::string Insert() {
     std::string text = "INSERT INTO " + dialect_.Name(statement_.table) + " (";
-    for (std::size_t i = 0; i < statement_.columns.size(); ++i) text += (i > 0 ? ", " : "") + dialect_.Name(statement_.columns[i]);
+    for (std::size_t i = 0; i < statement_.columns.size(); ++i)
+      text += (i > 0 ? ", " : "") + dialect_.Name(statement_.columns[i]);
     text += ") ";
     if (statement_.query) return text + WriteQuery(*statement_.query);
-    for (std::size_t i = 0; i < statement_.values.size(); ++i) text += (i == 0 ? "VALUES (" : ", ") + expressions_.Write(*statement_.values[i]);
+    for (std::size_t i = 0; i < statement_.values.size(); ++i)
+      text += (i == 0 ? "VALUES (" : ", ") + expressions_.Write(*statement_.values[i]);
     return text + ")";
   }
 
@@ -145,10 +172,12 @@ class StatementWriter {
     std::string conditions;
     std::string set;
     for (const Assignment& assignment : statement_.assignments) {
-      set += (set.empty() ? " SET " : ", ") + dialect_.Name(assignment.target->name) + " = " + expressions_.Write(*assignment.value);
+      set += (set.empty() ? " SET " : ", ") + dialect_.Name(assignment.target->name) + " = " +
+             expressions_.Write(*assignment.value);
     }
     Flatten(*statement_.from, target, others, conditions);
-    if (statement_.where) conditions += (conditions.empty() ? " WHERE " : " AND ") + expressions_.Write(*statement_.where);
+    if (statement_.where)
+      conditions += (conditions.empty() ? " WHERE " : " AND ") + expressions_.Write(*statement_.where);
     return "UPDATE " + target + set + others + conditions;
   }
 

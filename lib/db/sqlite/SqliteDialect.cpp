@@ -22,15 +22,22 @@ std::string Infix(const std::string& a, std::string_view op, const std::string& 
 // How a function that takes any type calls its form for one of them.
 std::string_view Suffix(ValueType type) {
   switch (type) {
-    case ValueType::Boolean: return "_boolean";
+    case ValueType::Boolean:
+      return "_boolean";
     case ValueType::Byte:
-    case ValueType::Long: return "_long";
-    case ValueType::Decimal: return "_decimal";
-    case ValueType::Currency: return "_currency";
-    case ValueType::Double: return "_double";
-    case ValueType::Date: return "_date";
+    case ValueType::Long:
+      return "_long";
+    case ValueType::Decimal:
+      return "_decimal";
+    case ValueType::Currency:
+      return "_currency";
+    case ValueType::Double:
+      return "_double";
+    case ValueType::Date:
+      return "_date";
     case ValueType::Null:
-    case ValueType::Text: break;
+    case ValueType::Text:
+      break;
   }
   return "_text";
 }
@@ -40,15 +47,21 @@ bool IsAmount(ValueType type) { return type == ValueType::Decimal || type == Val
 
 std::string ToDays(const std::string& value, ValueType from) {
   switch (from) {
-    case ValueType::Boolean: return Infix(value, "*", "-1.0");
+    case ValueType::Boolean:
+      return Infix(value, "*", "-1.0");
     case ValueType::Byte:
-    case ValueType::Long: return "CAST(" + value + " AS REAL)";
+    case ValueType::Long:
+      return "CAST(" + value + " AS REAL)";
     case ValueType::Decimal:
-    case ValueType::Currency: return Infix(value, "/", "10000.0");
-    case ValueType::Date: return Call1("tsv_date_to_days", value);
-    case ValueType::Text: return Call1("tsv_parse_double", value);
+    case ValueType::Currency:
+      return Infix(value, "/", "10000.0");
+    case ValueType::Date:
+      return Call1("tsv_date_to_days", value);
+    case ValueType::Text:
+      return Call1("tsv_parse_double", value);
     case ValueType::Null:
-    case ValueType::Double: break;
+    case ValueType::Double:
+      break;
   }
   return value;
 }
@@ -93,22 +106,31 @@ std::string SqliteDialect::Name(std::string_view name) const {
 }
 
 std::string SqliteDialect::Convert(const std::string& value, ValueType from, ValueType to) const {
-  if (from == to || from == ValueType::Null || (IsWhole(from) && IsWhole(to)) || (IsAmount(from) && IsAmount(to))) return value;
+  if (from == to || from == ValueType::Null || (IsWhole(from) && IsWhole(to)) || (IsAmount(from) && IsAmount(to)))
+    return value;
   switch (to) {
-    case ValueType::Boolean: return ToBooleanValue(value, from);
+    case ValueType::Boolean:
+      return ToBooleanValue(value, from);
     case ValueType::Byte:
-    case ValueType::Long: return ToWhole(value, from);
+    case ValueType::Long:
+      return ToWhole(value, from);
     case ValueType::Decimal:
-    case ValueType::Currency: return ToAmount(value, from);
-    case ValueType::Double: return ToDays(value, from);
-    case ValueType::Date: return from == ValueType::Text ? Call1("tsv_parse_date", value) : Call1("tsv_days_to_date", ToDays(value, from));
-    case ValueType::Text: return ToTextValue(value, from);
-    case ValueType::Null: break;
+    case ValueType::Currency:
+      return ToAmount(value, from);
+    case ValueType::Double:
+      return ToDays(value, from);
+    case ValueType::Date:
+      return from == ValueType::Text ? Call1("tsv_parse_date", value) : Call1("tsv_days_to_date", ToDays(value, from));
+    case ValueType::Text:
+      return ToTextValue(value, from);
+    case ValueType::Null:
+      break;
   }
   return value;
 }
 
-std::string SqliteDialect::Arithmetic(std::string_view op, ValueType type, const std::string& a, const std::string& b) const {
+std::string SqliteDialect::Arithmetic(std::string_view op, ValueType type, const std::string& a,
+                                      const std::string& b) const {
   if (op == "+" && type == ValueType::Text) return Infix(a, "||", b);
   if (op == "*" && IsAmount(type)) return Call2("tsv_currency_multiply", a, b);
   if (op == "/") return Call2("tsv_divide", a, b);
@@ -118,7 +140,8 @@ std::string SqliteDialect::Arithmetic(std::string_view op, ValueType type, const
   return Infix(a, op, b);
 }
 
-std::string SqliteDialect::Compare(std::string_view op, ValueType type, bool exact, const std::string& a, const std::string& b) const {
+std::string SqliteDialect::Compare(std::string_view op, ValueType type, bool exact, const std::string& a,
+                                   const std::string& b) const {
   if (type != ValueType::Text || exact) return Infix(a, op, b);
   const bool equality = op == "=" || op == "<>";
   return Infix(a, op, equality ? EqualityKey(b) : SortKey(b));
@@ -127,8 +150,12 @@ std::string SqliteDialect::Compare(std::string_view op, ValueType type, bool exa
 std::string SqliteDialect::EqualityKey(const std::string& text) const { return text + " COLLATE TSV_TEXTO"; }
 std::string SqliteDialect::SortKey(const std::string& text) const { return text + " COLLATE TSV_ORDEM"; }
 
-std::string SqliteDialect::Concat(const std::string& a, const std::string& b) const { return Call2("tsv_concat", a, b); }
-std::string SqliteDialect::Like(const std::string& text, const std::string& pattern) const { return Call2("tsv_like", text, pattern); }
+std::string SqliteDialect::Concat(const std::string& a, const std::string& b) const {
+  return Call2("tsv_concat", a, b);
+}
+std::string SqliteDialect::Like(const std::string& text, const std::string& pattern) const {
+  return Call2("tsv_like", text, pattern);
+}
 std::string SqliteDialect::LikePrefix(const std::string& text, const std::string& prefix) const {
   return Call2("tsv_like_prefix", text, prefix);
 }
@@ -152,7 +179,8 @@ std::string SqliteDialect::Call(const jet::Function& function, std::span<const s
 
 std::string SqliteDialect::Aggregate(std::string_view name, ValueType type, const std::string& value) const {
   if (SameWord(name, "AVG") && IsAmount(type)) return Call1("tsv_average_currency", value);
-  if (SameWord(name, "FIRST") || SameWord(name, "LAST") || SameWord(name, "SINGLE")) return Call1("tsv_" + text::Lower(name), value);
+  if (SameWord(name, "FIRST") || SameWord(name, "LAST") || SameWord(name, "SINGLE"))
+    return Call1("tsv_" + text::Lower(name), value);
   const bool language = type == ValueType::Text && (SameWord(name, "MIN") || SameWord(name, "MAX"));
   return Call1(text::Lower(name), language ? SortKey(value) : value);
 }

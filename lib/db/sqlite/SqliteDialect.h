@@ -11,15 +11,18 @@ class SqliteDialect final : public jet::Dialect {
   std::string Parameter(std::size_t place) const override;
   std::string Name(std::string_view name) const override;
   std::string Convert(const std::string& value, ValueType from, ValueType to) const override;
-  std::string Arithmetic(std::string_view op, ValueType type, const std::string& a, const std::string& b) const override;
-  std::string Compare(std::string_view op, ValueType type, bool exact, const std::string& a, const std::string& b) const override;
+  std::string Arithmetic(std::string_view op, ValueType type, const std::string& a,
+                         const std::string& b) const override;
+  std::string Compare(std::string_view op, ValueType type, bool exact, const std::string& a,
+                      const std::string& b) const override;
   std::string EqualityKey(const std::string& text) const override;
   std::string SortKey(const std::string& text) const override;
   std::string Concat(const std::string& a, const std::string& b) const override;
   std::string Like(const std::string& text, const std::string& pattern) const override;
   std::string LikePrefix(const std::string& text, const std::string& prefix) const override;
   std::string Magnitude(const std::string& condition) const override;
-  std::string Call(const jet::Function& function, std::span<const std::string> arguments, std::span<const ValueType> types) const override;
+  std::string Call(const jet::Function& function, std::span<const std::string> arguments,
+                   std::span<const ValueType> types) const override;
   std::string Aggregate(std::string_view name, ValueType type, const std::string& value) const override;
 };
 
