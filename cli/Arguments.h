@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "types/Currency.h"
+#include "types/Date.h"
+
+// Values as a person types them, on the command line and in files. What cannot be read is a usage failure whose text
+// names the value.
+namespace tsv::cli {
+
+// "150", "1.234,56", "-0,50": at most two decimals, as the ledger keeps them.
+Currency AmountFrom(std::string_view text);
+
+// dd/mm/aaaa or aaaa-mm-dd, without a time of day.
+Date DateFrom(std::string_view text);
+
+std::int32_t NumberFrom(std::string_view text);  // a whole number from 0 on
+
+Date Today();
+Date DayAfter(Date date);
+
+}  // namespace tsv::cli

@@ -1,0 +1,14 @@
+#include "ConsoleHost.h"
+
+#include <iostream>
+
+namespace tsv::cli {
+
+std::int32_t ConsoleHost::MessageBox(std::string_view prompt, std::int32_t, std::string_view, std::string_view,
+                                     std::int32_t) {
+  last_ = prompt;
+  if (!keep_) std::cerr << prompt << '\n';
+  return kOk;
+}
+
+}  // namespace tsv::cli

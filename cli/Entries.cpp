@@ -1,0 +1,33 @@
+#include "Entries.h"
+
+#include "Arguments.h"
+#include "common/Errors.h"
+#include "types/Text.h"
+
+namespace tsv::cli {
+
+std::shared_ptr<CLancamento> Post(Tesovia& tesovia, const TypedEntry& entry) {
+  for (const std::string* text : {&entry.historico, &entry.conta, &entry.recDesp, &entry.centro, &entry.documento}) {
+    if (!text::IsValidUtf8(*text)) throw Failure(kUsage, "O texto não está em UTF-8.");
+    if (text->find('\'') != std::string::npos) {
+      throw Failure(kRefused, "Apóstrofos não são permitidos: '" + *text + "'.");
+    }
+  }
+  const Date date = DateFrom(entry.data);
+  const Date reference = entry.referencia.empty() ? date : DateFrom(entry.referencia);
+  const Currency amount = AmountFrom(entry.valor);
+  const std::int32_t partner = entry.parceiro.empty() ? 0 : NumberFrom(entry.parceiro);
+  return tesovia.FazerLancamentoTS(date, reference, amount, entry.historico, entry.conta, entry.recDesp, entry.centro,
+                                   partner, entry.documento);
+}
+
+std::string ReasonOf(const Erro& erro, const ConsoleHost& host) {
+  if (!erro.Descricao().empty()) return erro.Descricao();
+  if (!host.LastBox().empty()) return host.LastBox();
+  return "Os saldos gravados não conferem com o lançamento, que foi desfeito. Se outro usuário estava lançando, "
+         "tente novamente; senão, confira o livro com 'tesovia verificar'.";
+}
+
+bool IsRefusal(const Erro& erro) { return erro.Numero() >= TS_ERRO_LOGIN && erro.Numero() <= TS_ERRO_ESTORNO; }
+
+}  // namespace tsv::cli

@@ -1,0 +1,101 @@
+#include "Registration.h"
+
+#include <algorithm>
+
+#include "Failure.h"
+#include "common/Recordsets.h"
+#include "common/Session.h"
+#include "types/Conversions.h"
+#include "types/Text.h"
+
+namespace tsv::cli {
+
+using Module1::NumberLiteral;
+using Module1::Statement;
+using Module1::TextLiteral;
+
+const MasterTable kContas{"conta", "Conta", 'a', "Contas", "Codigo", false, "DesConta", "Inativa"};
+const MasterTable kTipos{"receita-despesa", "Receita/despesa", 'a', "TiposMovimentacoes", "Codigo", false,
+                         "DesMovimentacao", "Inativo"};
+const MasterTable kCentros{"centro", "Centro de custo",  'o',      "CentrosDeCusto", "Codigo",
+                           false,    "DesCentroDeCusto", "Inativo"};
+const MasterTable kParceiros{"parceiro", "Parceiro", 'o', "ParceirosComerciais", "Id", true, "Nome", "Inativo"};
+const MasterTable kUsuarios{"usuario", "Usuário", 'o', "Usuarios", "IdLogin", false, "DesUsuario", "Inativo"};
+
+namespace {
+
+void ExpectPlain(std::string_view text, const std::string& what, std::string_view forbidden, const char* advice) {
+  if (!text::IsValidUtf8(text)) throw Failure(kUsage, what + ": o texto não está em UTF-8.");
+  const bool hasControl = std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+  if (hasControl || text.find_first_of(forbidden) != std::string_view::npos) {
+    throw Failure(kRefused, what + " '" + std::string(text) + "': " + advice);
+  }
+}
+
+std::string Checked(std::string_view given, const std::string& what, std::size_t limit) {
+  const std::string_view text = text::Trim(given);
+  if (text.empty()) throw Failure(kRefused, what + ": não pode ficar em branco.");
+  if (text::Length(text) > limit) {
+    throw Failure(kRefused, what + " '" + std::string(text) + "': não pode ter mais do que " + std::to_string(limit) +
+                                " caracteres.");
+  }
+  return std::string(text);
+}
+
+constexpr std::size_t kCodeLimit = 31;
+constexpr std::size_t kLoginLimit = 30;
+constexpr const char* kNoQuotes = "apóstrofos, aspas e caracteres de controle não são permitidos.";
+
+}  // namespace
+
+std::string CheckedCode(std::string_view code) {
+  const std::string checked = Checked(code, "Código", kCodeLimit);
+  ExpectPlain(checked, "Código", "'\"*?#[]", "os caracteres * ? # [ ], apóstrofos e aspas não são permitidos.");
+  if (checked == "@@@" || checked == "$@#") throw Failure(kRefused, "Código '" + checked + "': é reservado.");
+  return checked;
+}
+
+std::string CheckedName(std::string_view name, const char* what, std::size_t limit) {
+  std::string checked = Checked(name, what, limit);
+  ExpectPlain(checked, what, "'\"", kNoQuotes);
+  return checked;
+}
+
+std::string CheckedLogin(std::string_view login) { return CheckedName(login, "Login", kLoginLimit); }
+
+// Never shown in a message, and taken to the letter, blanks included.
+std::string CheckedPassword(std::string_view password) {
+  if (password.empty()) throw Failure(kRefused, "A senha não pode ficar em branco.");
+  if (!text::IsValidUtf8(password)) throw Failure(kUsage, "A senha não está em UTF-8.");
+  if (text::Length(password) > kLoginLimit) throw Failure(kRefused, "A senha não pode ter mais do que 30 caracteres.");
+  if (password.find_first_of(std::string_view("'\"\0", 3)) != std::string_view::npos) {
+    throw Failure(kRefused, "Apóstrofos e aspas não são permitidos na senha.");
+  }
+  return std::string(password);
+}
+
+std::int32_t NextId(const MasterTable& table) {
+  Statement query;
+  query << "SELECT Max(Id) As UltimoId FROM " << table.table;
+  const Module1::ScopedRecordset rows(CurrentSession().BancoDeDados->OpenRecordset(query.Text(), db::dbOpenSnapshot));
+  const Variant last = rows->Fields("UltimoId").Value();
+  return IsNull(last) ? 1 : ToLong(last) + 1;
+}
+
+void ExpectUnused(const MasterTable& table, const std::string& key) {
+  Statement query;
+  query << "SELECT Id FROM " << table.table << " WHERE " << table.key << " = " << TextLiteral(key);
+  const Module1::ScopedRecordset rows(CurrentSession().BancoDeDados->OpenRecordset(query.Text(), db::dbOpenSnapshot));
+  if (!rows->EndOfFile()) {
+    throw Failure(kRefused, std::string(table.title) + " '" + key + "' já está cadastrad" + table.gender + ".");
+  }
+}
+
+void InsertUser(std::int32_t id, const std::string& login, const std::string& name, const std::string& password) {
+  Statement insert;
+  insert << "INSERT INTO Usuarios (Id, IdLogin, DesUsuario, Senha) VALUES (" << NumberLiteral(id) << ", "
+         << TextLiteral(login) << ", " << TextLiteral(name) << ", " << TextLiteral(password) << ")";
+  insert.Execute();
+}
+
+}  // namespace tsv::cli

@@ -1,0 +1,28 @@
+#include "Trace.h"
+
+#include "Failure.h"
+
+namespace tsv::cli {
+
+Trace::Trace(const std::string& path) : file_(path, std::ios::trunc) {
+  if (!file_) throw Failure(kFailed, "Não foi possível escrever em '" + path + "'.");
+}
+
+void Trace::Hide(std::string_view secret) {
+  if (!secret.empty()) hidden_.push_back("'" + std::string(secret) + "'");
+}
+
+void Trace::AboutToRun(std::string_view text) {
+  std::string shown(text);
+  for (const std::string& secret : hidden_) {
+    for (std::size_t at = shown.find(secret); at != std::string::npos; at = shown.find(secret, at)) {
+      shown.replace(at, secret.size(), "'***'");
+      at += 5;
+    }
+  }
+  file_ << shown << '\n';
+}
+
+void Trace::HasRun(std::string_view /*text*/, std::int32_t affected) { file_ << "  -> " << affected << '\n'; }
+
+}  // namespace tsv::cli

@@ -1,0 +1,120 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+#include <iomanip>
+#include <iostream>
+
+#include "Commands.h"
+#include "Entries.h"
+
+namespace {
+
+using namespace tsv;
+using namespace tsv::cli;
+
+void SpeakPortuguese(CLI::App& app) {
+  app.set_help_flag("-h,--ajuda,--help", "Mostra esta ajuda");
+  auto formatter = std::make_shared<CLI::Formatter>();
+  formatter->label("Usage", "Uso");
+  formatter->label("OPTIONS", "OPÇÕES");
+  formatter->label("Options", "Opções");
+  formatter->label("SUBCOMMAND", "COMANDO");
+  formatter->label("SUBCOMMANDS", "COMANDOS");
+  formatter->label("Subcommands", "Comandos");
+  formatter->label("Subcommand", "Comando");
+  formatter->label("Positionals", "Argumentos");
+  formatter->label("REQUIRED", "(obrigatório)");
+  formatter->label("Env", "Variável");
+  formatter->label("Excludes", "Não com");
+  formatter->label("TEXT", "TEXTO");
+  formatter->column_width(34);
+  app.formatter(formatter);
+}
+
+// The parser's own messages are English; each is told by its kind, with the names that it holds.
+std::string UsageText(const CLI::ParseError& error) {
+  const std::string text = error.what();
+  const std::string kind = error.get_name();
+  const auto upTo = [&text](const char* end) { return text.substr(0, text.find(end)); };
+  const auto from = [&text](const char* begin) {
+    const std::size_t at = text.find(begin);
+    return at == std::string::npos ? text : text.substr(at + std::string(begin).size());
+  };
+  if (kind == "RequiredError") {
+    return text.starts_with("A subcommand") ? "Faltando informar o comando."
+                                            : "Faltando informar " + upTo(" is req") + ".";
+  }
+  if (kind == "ExtrasError") return "Não entendi " + from("expected: ") + ".";
+  if (kind == "ExcludesError") return upTo(" excludes ") + " não vale com " + from(" excludes ") + ".";
+  if (kind == "ArgumentMismatch") return "Faltando o valor de " + upTo(":") + ".";
+  if (kind == "ValidationError") return "Valor inválido em " + upTo(":") + ".";
+  return "Argumentos inválidos: " + text;
+}
+
+ExitCode Report(const Erro& erro, const Context& context, const ConsoleHost& host) {
+  // An error without a description was already told in a message box.
+  const bool isTold = erro.Descricao().empty() && !host.LastBox().empty();
+  if (!isTold) std::cerr << ReasonOf(erro, host) << '\n';
+  if (context.detalhes) {
+    std::cerr << "Número: " << erro.Numero();
+    if (erro.Numero() < 0) {
+      std::cerr << " (0x" << std::hex << std::uppercase << static_cast<std::uint32_t>(erro.Numero()) << std::dec << ")";
+    }
+    std::cerr << "; origem: '" << erro.Origem() << "'\n";
+  }
+  return IsRefusal(erro) ? kRefused : kFailed;
+}
+
+ExitCode Run(Context& context) {
+  try {
+    context.Begin();
+    const ExitCode code = context.action();
+    std::cout.flush();
+    if (!std::cout) throw Failure(kFailed, "Não foi possível escrever a saída.");
+    return code;
+  } catch (const Failure& failure) {
+    std::cerr << failure.what() << '\n';
+    return failure.Code();
+  } catch (const Erro& erro) {
+    return Report(erro, context, context.Host());
+  } catch (const std::exception& unexpected) {
+    std::cerr << "Erro inesperado: " << unexpected.what() << '\n';
+    return kFailed;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Context context;
+  CLI::App app("tesovia: um livro de fluxo de caixa com saldos sempre conferidos", "tesovia");
+  SpeakPortuguese(app);
+  app.require_subcommand(1);
+  app.fallthrough();
+  app.add_option("-a,--arquivo", context.arquivo, "O livro")->envname("TESOVIA_ARQUIVO")->type_name("ARQUIVO");
+  app.add_option("-u,--usuario", context.usuario, "Login do usuário; a senha é perguntada ou vem de TESOVIA_SENHA")
+      ->envname("TESOVIA_USUARIO")
+      ->type_name("LOGIN");
+  app.add_option("--rastrear", context.rastrear, "Escreve neste arquivo os comandos enviados ao banco de dados")
+      ->type_name("ARQUIVO");
+  app.add_flag("--detalhes", context.detalhes, "Mostra número e origem dos erros");
+  AddCriar(app, context);
+  AddCadastrar(app, context);
+  AddAtivarDesativar(app, context);
+  AddLancar(app, context);
+  AddImportar(app, context);
+  AddExtrato(app, context);
+  AddDiario(app, context);
+  AddVerificar(app, context);
+  AddConsultar(app, context);
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return app.exit(help);
+  } catch (const CLI::ParseError& error) {
+    std::cerr << UsageText(error) << "\nUse --ajuda depois do comando para ver suas opções.\n";
+    return kUsage;
+  }
+  return Run(context);
+}
