@@ -1,6 +1,7 @@
 #include "types/Text.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace tsv::text {
 namespace {
@@ -98,7 +99,9 @@ char FoldedAscii(char byte) noexcept {
 // The length of the common beginning, in which bytes differ in the case of ASCII letters only.
 std::size_t CommonLength(std::string_view a, std::string_view b) noexcept {
   const std::size_t most = std::min(a.size(), b.size());
+  constexpr std::size_t word = 8;
   std::size_t i = 0;
+  while (i + word <= most && std::memcmp(a.data() + i, b.data() + i, word) == 0) i += word;
   while (i < most && (a[i] == b[i] || FoldedAscii(a[i]) == FoldedAscii(b[i]))) ++i;
   return i;
 }

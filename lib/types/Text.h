@@ -52,6 +52,9 @@ class FoldedReader {
     return NextBeyondAscii();
   }
 
+  // Leaves out the rest of a ligature whose first letter was read.
+  void FinishCharacter() noexcept { pending_ = 0; }
+
  private:
   char32_t NextBeyondAscii() noexcept;
 

@@ -47,6 +47,9 @@ std::string TextOf(const Variant& value) {
   if (const auto* condition = std::get_if<bool>(&value)) return *condition ? "-1" : "0";
   if (const auto* amount = std::get_if<Currency>(&value)) return amount->ToText();
   std::string text = ToText(value);
+  if (const auto* date = std::get_if<Date>(&value); date && date->DayNumber() == 0 && date->SecondOfDay() != 0) {
+    return text.substr(text.find(' ') + 1);
+  }
   if (std::holds_alternative<double>(value)) std::replace(text.begin(), text.end(), ',', '.');
   return text;
 }

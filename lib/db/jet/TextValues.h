@@ -6,7 +6,8 @@
 #include "types/Variant.h"
 
 // Values as texts in Jet SQL: numbers have a decimal point whatever the client's language (so CStr(1.125) is "1.125"
-// and CDbl of that is 1.125 again), True is -1, dates are in the Brazilian form.
+// and CDbl of that is 1.125 again), True is -1, dates are in the Brazilian form, and a time of the epoch's
+// day stands alone.
 namespace tsv::db::jet {
 
 std::string TextOf(const Variant& value);  // Null raises 94; Empty gives the empty text
