@@ -1,0 +1,15 @@
+#pragma once
+
+#include "db/DBEngine.h"
+
+namespace tsv::db::dao {
+
+// Files of the legacy engine. This build has no such engine: Open raises 3343 and tells the user to import the file.
+class JetFileDriver final : public Driver {
+ public:
+  bool Recognises(std::string_view path, std::string_view firstBytes) const override;
+  std::shared_ptr<Database> Open(std::string_view path, bool exclusive, bool readOnly,
+                                 std::string_view connect) const override;
+};
+
+}  // namespace tsv::db::dao

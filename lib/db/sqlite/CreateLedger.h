@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string_view>
+
+namespace tsv::db::sqlite {
+
+// Makes a new ledger file. What exists at the path is never touched: 3204. A folder that does not exist: 3044; one
+// that may not be written: 3051. On any failure no file is left behind.
+void CreateLedger(std::string_view path, std::string_view password);
+
+}  // namespace tsv::db::sqlite

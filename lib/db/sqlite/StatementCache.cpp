@@ -1,0 +1,65 @@
+#include "db/sqlite/StatementCache.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "db/sqlite/SqliteDialect.h"
+
+namespace tsv::db::sqlite {
+namespace {
+
+bool Fits(const jet::Compiled& compiled, const jet::Lexed& lexed) {
+  return std::all_of(compiled.fixed.begin(), compiled.fixed.end(),
+                     [&](const auto& fixed) { return lexed.literals[fixed.first] == fixed.second; });
+}
+
+}  // namespace
+
+StatementLease::StatementLease(Connection& connection, std::shared_ptr<Template> source)
+    : source_(std::move(source)), statement_(std::exchange(source_->idle, std::nullopt)) {
+  if (!statement_) statement_.emplace(connection, source_->compiled.sql, true);
+}
+
+StatementLease::~StatementLease() {
+  if (!source_) return;
+  statement_->Reset();
+  // What was bound may hold a password.
+  sqlite3_clear_bindings(statement_->Handle());
+  if (!source_->idle) source_->idle = std::move(statement_);
+}
+
+std::shared_ptr<Template> StatementCache::Find(const jet::Lexed& lexed) {
+  const auto [begin, end] = byShape_.equal_range(lexed.shape);
+  for (auto entry = begin; entry != end; ++entry) {
+    const Place place = entry->second;
+    if (!Fits((*place)->compiled, lexed)) continue;
+    templates_.splice(templates_.begin(), templates_, place);
+    return *place;
+  }
+  return nullptr;
+}
+
+std::shared_ptr<Template> StatementCache::Compile(const jet::Lexed& lexed, const Catalog& catalog) {
+  auto compiled = std::make_shared<Template>();
+  compiled->shape = lexed.shape;
+  compiled->compiled = jet::Compile(lexed, catalog, SqliteDialect());
+  // A table is made once: there is nothing to keep.
+  const bool again = compiled->compiled.kind != jet::StatementKind::CreateTable;
+  if (!again || lexed.shape.size() > kLongestShape) return compiled;
+  if (templates_.size() == kCapacity) {
+    const auto [begin, end] = byShape_.equal_range(templates_.back()->shape);
+    const Place last = std::prev(templates_.end());
+    byShape_.erase(std::find_if(begin, end, [&](const auto& entry) { return entry.second == last; }));
+    templates_.pop_back();
+  }
+  templates_.push_front(compiled);
+  byShape_.emplace(compiled->shape, templates_.begin());
+  return compiled;
+}
+
+void StatementCache::Clear() {
+  byShape_.clear();
+  templates_.clear();
+}
+
+}  // namespace tsv::db::sqlite

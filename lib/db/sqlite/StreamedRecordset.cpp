@@ -1,0 +1,106 @@
+#include "db/sqlite/StreamedRecordset.h"
+
+#include <utility>
+
+#include "db/EngineError.h"
+#include "db/sqlite/StoredValue.h"
+
+namespace tsv::db::sqlite {
+
+std::vector<FieldDescription> FieldsOf(const jet::Compiled& compiled) {
+  std::vector<FieldDescription> fields;
+  fields.reserve(compiled.columns.size());
+  for (const jet::ResultColumn& column : compiled.columns) fields.push_back({column.name, DataTypeOf(column.type)});
+  return fields;
+}
+
+void AppendRow(StatementLease& statement, std::vector<Variant>& values) {
+  int place = 0;
+  for (const jet::ResultColumn& column : statement.Compiled().columns) {
+    // The connection has no lock of its own, so its columns may be read like any other value.
+    values.push_back(ReadStored(sqlite3_column_value(statement->Handle(), place++), column.type));
+  }
+}
+
+StreamedRecordset::StreamedRecordset(StatementLease statement)
+    : DescribedRecordset(FieldsOf(statement.Compiled())), statement_(std::move(statement)) {
+  Advance();
+}
+
+void StreamedRecordset::LetGo() {
+  for (std::vector<Variant> row; Fetch(row);) rest_.push_back(std::move(row));
+}
+
+void StreamedRecordset::MoveFirst() {
+  RequireOpen();
+  if (met_ == 0) Raise(EngineError::NoCurrentRecord);
+  if (met_ > 1 || EndOfFile()) Raise(EngineError::InvalidOperation, "volta numa consulta só de avanço");
+}
+
+void StreamedRecordset::MoveLast() {
+  RequireOpen();
+  Raise(EngineError::InvalidOperation, "ida ao fim numa consulta só de avanço");
+}
+
+void StreamedRecordset::MoveNext() {
+  if (EndOfFile()) Raise(EngineError::NoCurrentRecord);
+  Advance();
+}
+
+void StreamedRecordset::MovePrevious() {
+  RequireOpen();
+  Raise(EngineError::InvalidOperation, "volta numa consulta só de avanço");
+}
+
+bool StreamedRecordset::BOF() const {
+  RequireOpen();
+  return met_ == 0;
+}
+
+bool StreamedRecordset::EndOfFile() const {
+  RequireOpen();
+  return row_.empty();
+}
+
+void StreamedRecordset::Close() {
+  DescribedRecordset::Close();
+  statement_.reset();
+  rest_.clear();
+  row_.clear();
+}
+
+void StreamedRecordset::Abandon() noexcept {
+  if (IsOpen()) Close();
+}
+
+const Variant& StreamedRecordset::ValueAt(std::size_t index) const {
+  if (EndOfFile()) Raise(EngineError::NoCurrentRecord);
+  return row_[index];
+}
+
+// The next row from the statement, which ends with its last one; false when there is none.
+bool StreamedRecordset::Fetch(std::vector<Variant>& row) {
+  row.clear();
+  if (!statement_) return false;
+  if (!(*statement_)->Step()) {
+    statement_.reset();
+    return false;
+  }
+  std::vector<Variant> values;
+  values.reserve(Description().size());
+  AppendRow(*statement_, values);
+  row = std::move(values);
+  return true;
+}
+
+void StreamedRecordset::Advance() {
+  if (!rest_.empty()) {
+    row_ = std::move(rest_.front());
+    rest_.pop_front();
+  } else if (!Fetch(row_)) {
+    return;
+  }
+  ++met_;
+}
+
+}  // namespace tsv::db::sqlite
