@@ -49,7 +49,7 @@ void AddOne(NumberText& number) {
       *digit = '0';
     }
   }
-  number.digits.insert(0, "1");
+  number.digits.insert(number.digits.begin(), '1');
 }
 
 }  // namespace

@@ -107,7 +107,7 @@ Variant Val(Arguments a) {
 // The number's text with a blank in the place of a plus sign, and no zero before the point.
 Variant Str(Arguments a) {
   std::string text = TextOf(a[0]);
-  if (text[0] != '-') text.insert(0, " ");
+  if (text[0] != '-') text.insert(text.begin(), ' ');
   if (text.size() > 2 && text[1] == '0') text.erase(1, 1);
   return text;
 }
