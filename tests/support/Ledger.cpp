@@ -20,22 +20,22 @@ bool InSameOrder(const Entry& a, const Entry& b) { return a.key < b.key; }
 
 }  // namespace
 
-void SetBalances(std::vector<Entry>& entries) {
-  std::sort(entries.begin(), entries.end(), InSameOrder);
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    Entry& row = entries[i];
-    row.balances = {};
-    for (std::size_t j = 0; j <= i; ++j) {
-      const Entry& part = entries[j];
-      if (!part.counts) continue;
-      if (BeginsWith(part.account, row.account)) row.balances[0] += part.amount;
-      if (BeginsWith(part.type, row.type)) row.balances[1] += part.amount;
-      const bool bothCentres = !row.centre.empty() && !part.centre.empty();
-      if (bothCentres && BeginsWith(part.centre, row.centre)) row.balances[2] += part.amount;
-      if (row.partner != 0 && part.partner == row.partner) row.balances[3] += part.amount;
-      row.balances[4] += part.amount;
-    }
+std::array<Currency, 5> BalancesAfter(const Entry& row, const std::vector<Entry>& entries) {
+  std::array<Currency, 5> sums = {};
+  for (const Entry& part : entries) {
+    if (!part.counts || part.key > row.key) continue;
+    if (BeginsWith(part.account, row.account)) sums[0] += part.amount;
+    if (BeginsWith(part.type, row.type)) sums[1] += part.amount;
+    const bool bothCentres = !row.centre.empty() && !part.centre.empty();
+    if (bothCentres && BeginsWith(part.centre, row.centre)) sums[2] += part.amount;
+    if (row.partner != 0 && part.partner == row.partner) sums[3] += part.amount;
+    sums[4] += part.amount;
   }
+  return sums;
+}
+
+void SetBalances(std::vector<Entry>& entries) {
+  for (Entry& row : entries) row.balances = BalancesAfter(row, entries);
 }
 
 std::vector<Entry> ReadEntries(db::Database& database) {

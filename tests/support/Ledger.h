@@ -22,8 +22,9 @@ struct Entry {
   std::array<Currency, 5> balances = {};  // account, type, cost centre, partner, all
 };
 
-// The five balances of each entry, from the amounts alone: all entries up to it in the order of the keys whose code
-// begins with its code, or that have its partner, or simply all.
+// The five balances as they stand after the entry, from the amounts alone: those of all entries up to it, in the order
+// of their keys, whose code begins with its code, or that have its partner, or simply all.
+std::array<Currency, 5> BalancesAfter(const Entry& row, const std::vector<Entry>& entries);
 void SetBalances(std::vector<Entry>& entries);
 
 // The stored entries in the order of their keys, with their stored balances.
