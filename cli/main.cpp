@@ -12,27 +12,34 @@ namespace {
 using namespace tsv;
 using namespace tsv::cli;
 
+constexpr const char* kOptions = "Opções";
+
+// Before anything is added: what is added later takes these over.
 void SpeakPortuguese(CLI::App& app) {
-  app.set_help_flag("-h,--ajuda,--help", "Mostra esta ajuda");
+  app.option_defaults()->group(kOptions);
+  app.set_help_flag("-h,--ajuda,--help", "Mostra esta ajuda")->group(kOptions);
   auto formatter = std::make_shared<CLI::Formatter>();
   formatter->label("Usage", "Uso");
   formatter->label("OPTIONS", "OPÇÕES");
-  formatter->label("Options", "Opções");
   formatter->label("SUBCOMMAND", "COMANDO");
-  formatter->label("SUBCOMMANDS", "COMANDOS");
-  formatter->label("Subcommands", "Comandos");
-  formatter->label("Subcommand", "Comando");
   formatter->label("Positionals", "Argumentos");
-  formatter->label("REQUIRED", "(obrigatório)");
-  formatter->label("Env", "Variável");
-  formatter->label("Excludes", "Não com");
-  formatter->label("TEXT", "TEXTO");
+  formatter->label("REQUIRED", "(exigido)");
+  formatter->label("Env", "ou variável");
+  formatter->label("Excludes", "sem");
   formatter->column_width(34);
   app.formatter(formatter);
 }
 
+void NameGroupOfCommands(CLI::App& app) {
+  for (CLI::App* command : app.get_subcommands({})) {
+    command->group("Comandos");
+    command->get_help_ptr()->group(kOptions);
+    NameGroupOfCommands(*command);
+  }
+}
+
 // The parser's own messages are English; each is told by its kind, with the names that it holds.
-std::string UsageText(const CLI::ParseError& error) {
+std::string UsageText(const CLI::ParseError& error, const CLI::App& app) {
   const std::string text = error.what();
   const std::string kind = error.get_name();
   const auto upTo = [&text](const char* end) { return text.substr(0, text.find(end)); };
@@ -40,11 +47,12 @@ std::string UsageText(const CLI::ParseError& error) {
     const std::size_t at = text.find(begin);
     return at == std::string::npos ? text : text.substr(at + std::string(begin).size());
   };
-  if (kind == "RequiredError") {
-    return text.starts_with("A subcommand") ? "Faltando informar o comando."
-                                            : "Faltando informar " + upTo(" is req") + ".";
+  if (text.starts_with("A subcommand")) {
+    const auto unknown = app.remaining(true);
+    return unknown.empty() ? "Faltando informar o comando." : "Não conheço o comando '" + unknown.front() + "'.";
   }
-  if (kind == "ExtrasError") return "Não entendi " + from("expected: ") + ".";
+  if (kind == "RequiredError") return "Faltando informar " + upTo(" is req") + ".";
+  if (text.starts_with("The following arg")) return "Não entendi " + from("expected: ") + ".";
   if (kind == "ExcludesError") return upTo(" excludes ") + " não vale com " + from(" excludes ") + ".";
   if (kind == "ArgumentMismatch") return "Faltando o valor de " + upTo(":") + ".";
   if (kind == "ValidationError") return "Valor inválido em " + upTo(":") + ".";
@@ -107,13 +115,14 @@ int main(int argc, char** argv) {
   AddDiario(app, context);
   AddVerificar(app, context);
   AddConsultar(app, context);
+  NameGroupOfCommands(app);
 
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {
     return app.exit(help);
   } catch (const CLI::ParseError& error) {
-    std::cerr << UsageText(error) << "\nUse --ajuda depois do comando para ver suas opções.\n";
+    std::cerr << UsageText(error, app) << "\nUse --ajuda depois do comando para ver suas opções.\n";
     return kUsage;
   }
   return Run(context);

@@ -2,9 +2,16 @@
 
 say() { printf '\n== %s\n' "$*"; }
 
-# Prints the command and runs it.
+# Prints the command as it would be typed and runs it.
 run() {
-  printf '+ %s\n' "$*"
+  printf '+'
+  for word in "$@"; do
+    case $word in
+      *[!A-Za-z0-9_./:=,-]*) printf ' "%s"' "$word" ;;
+      *) printf ' %s' "$word" ;;
+    esac
+  done
+  printf '\n'
   "$@"
 }
 

@@ -100,8 +100,8 @@ void AddMaster(CLI::App& cadastrar, Context& context, const char* command, const
 }
 
 void AddKeyAndDescription(CLI::App& command, Given& given) {
-  command.add_option("CODIGO", given.key, "Código, até 31 caracteres; 1.1 fica dentro de 1")->required();
-  command.add_option("DESCRICAO", given.description, "Descrição, até 50 caracteres")->required();
+  command.add_option("CODIGO", given.key, "Código, até 31 caracteres; 1.1 fica dentro de 1")->type_name("")->required();
+  command.add_option("DESCRICAO", given.description, "Descrição, até 50 caracteres")->type_name("")->required();
 }
 
 void SetActive(const MasterTable& table, const std::string& key, bool active) {
@@ -130,7 +130,7 @@ void AddSwitch(CLI::App& app, Context& context, const char* name, const char* he
     auto key = std::make_shared<std::string>();
     auto* sub = command->add_subcommand(table->command, table->title);
     const char* label = table == &kParceiros ? "NUMERO" : table == &kUsuarios ? "LOGIN" : "CODIGO";
-    sub->add_option(label, *key, "Qual")->required();
+    sub->add_option(label, *key, "Qual")->type_name("")->required();
     sub->callback([&context, table, key, active] {
       context.action = [&context, table, key, active] {
         context.Login();
@@ -154,7 +154,7 @@ void AddCadastrar(CLI::App& app, Context& context) {
         AddKeyAndDescription(command, given);
         command.add_option("--tipo", given.kind, "Só aceita lançamentos desse sinal (sem a opção, aceita os dois)")
             ->type_name("entrada|saida")
-            ->check(CLI::IsMember({"entrada", "saida"}));
+            ->check(CLI::IsMember({"entrada", "saida"}).description(""));
       },
       [](const Given& given) { RegisterCoded(kTipos, given); });
   AddMaster(*cadastrar, context, kCentros.command, "Centro de custo/lucro", AddKeyAndDescription,
@@ -162,15 +162,15 @@ void AddCadastrar(CLI::App& app, Context& context) {
   AddMaster(
       *cadastrar, context, kParceiros.command, "Cliente ou fornecedor; recebe um número",
       [](CLI::App& command, Given& given) {
-        command.add_option("NOME", given.key, "Nome, até 60 caracteres")->required();
+        command.add_option("NOME", given.key, "Nome, até 60 caracteres")->type_name("")->required();
         command.add_option("--filial", given.branch, "Filial, até 30 caracteres")->type_name("FILIAL");
       },
       RegisterPartner);
   AddMaster(
       *cadastrar, context, kUsuarios.command, "Usuário; a senha é perguntada ou vem de TESOVIA_SENHA_NOVA",
       [](CLI::App& command, Given& given) {
-        command.add_option("LOGIN", given.key, "Login, até 30 caracteres")->required();
-        command.add_option("NOME", given.description, "Nome, até 50 caracteres")->required();
+        command.add_option("LOGIN", given.key, "Login, até 30 caracteres")->type_name("")->required();
+        command.add_option("NOME", given.description, "Nome, até 50 caracteres")->type_name("")->required();
       },
       [&context](const Given& given) { RegisterUser(context, given); });
 }

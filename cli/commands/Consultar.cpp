@@ -26,7 +26,7 @@ void AddConsultar(CLI::App& app, Context& context) {
   auto* command = app.add_subcommand("consultar", "Executa um SELECT em Jet SQL, só para leitura");
   auto sql = std::make_shared<std::string>();
   auto form = std::make_shared<OutputForm>();
-  command->add_option("SQL", *sql, "O SELECT; - lê da entrada padrão")->required();
+  command->add_option("SQL", *sql, "O SELECT; - lê da entrada padrão")->type_name("")->required();
   form->AddOptions(*command);
   command->callback([&context, sql, form] {
     context.action = [&context, sql, form] {

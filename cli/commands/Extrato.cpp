@@ -130,7 +130,7 @@ void AddExtrato(CLI::App& app, Context& context) {
   command->add_option("--conta", options->account, "Só desta conta e de suas subcontas")->type_name("CODIGO");
   command->add_option("--situacao", options->state, "Só os lançamentos nesta situação")
       ->type_name("aberto|realizado|nao-realizado|estornado")
-      ->check(CLI::IsMember({"aberto", "realizado", "nao-realizado", "estornado"}));
+      ->check(CLI::IsMember({"aberto", "realizado", "nao-realizado", "estornado"}).description(""));
   options->form.AddOptions(*command);
   command->callback([&context, options] {
     context.action = [&context, options] {

@@ -36,7 +36,9 @@ void AddImportar(CLI::App& app, Context& context) {
   auto* command = app.add_subcommand("importar", "Lança as linhas de um arquivo CSV; pode ser repetido sem duplicar");
   auto path = std::make_shared<std::string>();
   auto identity = std::make_shared<std::string>();
-  command->add_option("CSV", *path, "O arquivo: colunas data, valor, historico, conta, receita-despesa...")->required();
+  command->add_option("CSV", *path, "O arquivo: colunas data, valor, historico, conta, receita-despesa...")
+      ->type_name("")
+      ->required();
   command->add_option("--identidade", *identity, "Por que nome lembrar suas linhas (sem a opção, o do arquivo)")
       ->type_name("NOME");
   command->callback([&context, path, identity] {
