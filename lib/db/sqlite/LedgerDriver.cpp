@@ -18,8 +18,8 @@ std::shared_ptr<Database> LedgerDriver::Open(std::string_view path, bool exclusi
   const Connection::Access access = readOnly ? Connection::Access::Read : Connection::Access::Write;
   try {
     auto connection = std::make_unique<Connection>(path, access, patience_);
+    if (exclusive) connection->Execute("PRAGMA locking_mode=EXCLUSIVE");  // before anything reads the file
     Prepare(*connection);
-    if (exclusive) connection->Execute("PRAGMA locking_mode=EXCLUSIVE");
     OpenLedger(*connection, path, PasswordIn(connect), access);
     return std::make_shared<SqliteDatabase>(std::move(connection));
   } catch (const Erro& erro) {

@@ -173,6 +173,7 @@ std::int32_t SqliteDatabase::Change(std::string_view sql) {
 
 void SqliteDatabase::CreateTable(const Table& table) {
   BeginLevel();
+  madeTables_ = true;
   try {
     sqlite::CreateTable(*connection_, table);
     CommitLevel();
@@ -180,7 +181,6 @@ void SqliteDatabase::CreateTable(const Table& table) {
     UndoLevel();
     throw;
   }
-  catalogVersion_.reset();
 }
 
 std::shared_ptr<Template> SqliteDatabase::Compile(std::string_view sql) {
@@ -261,14 +261,24 @@ void SqliteDatabase::BeginLevel() {
 
 void SqliteDatabase::CommitLevel() {
   connection_->Execute(level_ == 1 ? "COMMIT" : "RELEASE nivel");
-  --level_;
+  EndLevel();
 }
 
 void SqliteDatabase::UndoLevel() {
-  --level_;
-  if (connection_->InTransaction()) connection_->Execute(level_ == 0 ? "ROLLBACK" : "ROLLBACK TO nivel; RELEASE nivel");
-  if (level_ == 0) lost_.reset();
-  catalogVersion_.reset();  // tables made in the level are gone
+  // Statements on tables that are gone again are of no use, and the next table made may bring back their version.
+  if (std::exchange(madeTables_, false)) {
+    cache_.Clear();
+    catalogVersion_.reset();
+  }
+  const char* undo = level_ == 1 ? "ROLLBACK" : "ROLLBACK TO nivel; RELEASE nivel";
+  EndLevel();
+  if (connection_->InTransaction()) connection_->Execute(undo);
+}
+
+void SqliteDatabase::EndLevel() {
+  if (--level_ > 0) return;
+  lost_.reset();
+  madeTables_ = false;
 }
 
 void SqliteDatabase::Begin() {

@@ -54,6 +54,7 @@ class SqliteDatabase final : public Database, public std::enable_shared_from_thi
   void BeginLevel();
   void CommitLevel();
   void UndoLevel();
+  void EndLevel();
 
   std::shared_ptr<Template> Compile(std::string_view sql);
   const Catalog& CurrentCatalog();
@@ -72,6 +73,8 @@ class SqliteDatabase final : public Database, public std::enable_shared_from_thi
   // nothing runs, lest half of a transaction be kept.
   int level_ = 0;
   std::optional<Erro> lost_;
+
+  bool madeTables_ = false;  // in the open levels
 
   Catalog catalog_;
   std::optional<std::int64_t> catalogVersion_;

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "db/DBEngine.h"
+#include "db/dao/JetFileDriver.h"
+#include "db/postgres/ServerDriver.h"
+#include "db/sqlite/CreateLedger.h"
+#include "db/sqlite/LedgerDriver.h"
+
+namespace tsv::test {
+
+// A folder of its own, which goes with all that it holds.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() : path_((std::filesystem::temp_directory_path() / "ledger-XXXXXX").string()) {
+    if (!mkdtemp(path_.data())) throw std::runtime_error("no temporary folder");
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  std::string Path(std::string_view name = {}) const { return path_ + "/" + std::string(name); }
+
+ private:
+  std::string path_;
+};
+
+// An engine that has one database open, as each user's program has.
+struct User {
+  db::DBEngine engine;
+  std::shared_ptr<db::Database> database;
+
+  db::Workspace& Workspace() { return engine.Workspaces(0); }
+  void Execute(std::string_view sql) { database->Execute(sql, db::dbFailOnError); }
+  std::shared_ptr<db::Recordset> Open(std::string_view sql, db::RecordsetTypeEnum type = db::dbOpenSnapshot) {
+    return database->OpenRecordset(sql, type);
+  }
+  Variant Value(std::string_view sql) { return Open(sql)->Fields(std::size_t{0}).Value(); }
+};
+
+inline db::DBEngine MakeEngine(std::chrono::milliseconds patience = std::chrono::seconds(10)) {
+  std::vector<std::unique_ptr<db::Driver>> drivers;
+  drivers.push_back(std::make_unique<db::postgres::ServerDriver>());
+  drivers.push_back(std::make_unique<db::dao::JetFileDriver>());
+  drivers.push_back(std::make_unique<db::sqlite::LedgerDriver>(patience));
+  return db::DBEngine(std::move(drivers));
+}
+
+// A new ledger in a folder of its own. It needs no session: users open it themselves.
+class TemporaryLedger {
+ public:
+  static constexpr std::string_view kConnect = "MS Access;PWD=segredo";
+
+  TemporaryLedger() { db::sqlite::CreateLedger(Path(), "segredo"); }
+
+  std::string Path() const { return folder_.Path("ledger.tsv"); }
+
+  User Open(std::chrono::milliseconds patience = std::chrono::seconds(10)) const {
+    User user{MakeEngine(patience), nullptr};
+    user.database = user.engine.OpenDatabase(Path(), false, false, kConnect);
+    return user;
+  }
+
+ private:
+  TemporaryFolder folder_;
+};
+
+// Masters that entries can name; ids are given in order from the first.
+inline void InsertCodes(User& user, std::string_view table, const std::vector<std::string>& codes, int firstId = 1) {
+  for (const std::string& code : codes) {
+    user.Execute("INSERT INTO " + std::string(table) + " (Id, Codigo) VALUES (" + std::to_string(firstId++) + ", '" +
+                 code + "')");
+  }
+}
+
+inline void InsertPartners(User& user, int count) {
+  for (int id = 1; id <= count; ++id) {
+    user.Execute("INSERT INTO ParceirosComerciais (Id, Nome) VALUES (" + std::to_string(id) + ", 'PARCEIRO')");
+  }
+}
+
+}  // namespace tsv::test
