@@ -156,7 +156,6 @@ void SampleLedger::WriteEntries() {
   }
   connection.Execute(("UPDATE Serial SET Serial = " + std::to_string(entries_)).c_str());
   connection.Execute("COMMIT");
-  connection.Execute("ANALYZE");
   connection.Execute("PRAGMA wal_checkpoint(TRUNCATE)");
 }
 

@@ -50,7 +50,7 @@ std::string ShapeOf(std::string_view sql) {
 
 TEST(Lexer, TextsThatDifferInValuesShareAShape) {
   const std::string shape = ShapeOf("UPDATE T SET V = V + 10.00 WHERE K > '2008'");
-  EXPECT_EQ(ShapeOf("UPDATE T  SET V=V + -1234.5678 WHERE K > '''x'"), shape);
+  EXPECT_EQ(ShapeOf("UPDATE T SET V = V + -1234.5678 WHERE K > '''x'"), shape);
   EXPECT_NE(ShapeOf("UPDATE T SET V = V - 10.00 WHERE K > '2008'"), shape);
   EXPECT_NE(ShapeOf("UPDATE T SET V = V + 10 WHERE K > '2008'"), shape);
 }

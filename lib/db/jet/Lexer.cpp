@@ -12,12 +12,25 @@
 namespace tsv::db::jet {
 namespace {
 
-constexpr bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
-constexpr bool IsBlank(char c) noexcept { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-constexpr bool IsNameStart(char c) noexcept {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
-}
-constexpr bool IsNamePart(char c) noexcept { return IsNameStart(c) || IsDigit(c) || c == '$'; }
+enum Class : std::uint8_t { kOther = 0, kBlank = 1, kDigit = 2, kNameStart = 4, kNamePart = 8 };
+
+constexpr std::array<std::uint8_t, 256> kClasses = [] {
+  std::array<std::uint8_t, 256> classes{};
+  for (const char c : {' ', '\t', '\r', '\n'}) classes[static_cast<unsigned char>(c)] = kBlank;
+  for (std::size_t c = 0; c < classes.size(); ++c) {
+    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c >= 0x80;
+    if (letter) classes[c] = kNameStart | kNamePart;
+    if (c >= '0' && c <= '9') classes[c] = kDigit | kNamePart;
+  }
+  classes['$'] = kNamePart;
+  return classes;
+}();
+
+constexpr bool Is(char c, Class wanted) noexcept { return (kClasses[static_cast<unsigned char>(c)] & wanted) != 0; }
+constexpr bool IsDigit(char c) noexcept { return Is(c, kDigit); }
+constexpr bool IsBlank(char c) noexcept { return Is(c, kBlank); }
+constexpr bool IsNameStart(char c) noexcept { return Is(c, kNameStart); }
+constexpr bool IsNamePart(char c) noexcept { return Is(c, kNamePart); }
 
 // Marks a literal's kind in the shape; no statement's own text can hold it.
 constexpr char kLiteralMark = '\x01';
@@ -29,6 +42,7 @@ class Scanner {
   void Run() {
     for (SkipBlanks(); at_ < sql_.size(); SkipBlanks()) Next();
     Add(TokenKind::End, {});
+    lexed_.shape += sql_.substr(written_);
   }
 
  private:
@@ -47,21 +61,20 @@ class Scanner {
     Operator();
   }
 
-  void Add(TokenKind kind, std::string_view text) {
-    lexed_.tokens.push_back({kind, text, 0});
-    lexed_.shape += kind == TokenKind::Bracketed ? '[' : ' ';
-    lexed_.shape += text;
-    if (kind == TokenKind::Bracketed) lexed_.shape += ']';
-  }
+  void Add(TokenKind kind, std::string_view text) { lexed_.tokens.push_back({kind, text, 0}); }
 
-  void AddLiteral(char mark, Variant value) {
+  // The literal's text, from begin to here, is the part of the statement that its shape leaves out.
+  void AddLiteral(char mark, std::size_t begin, Variant value) {
     lexed_.tokens.push_back({TokenKind::Literal, {}, static_cast<std::uint32_t>(lexed_.literals.size())});
     lexed_.literals.push_back(std::move(value));
+    lexed_.shape += sql_.substr(written_, begin - written_);
     lexed_.shape += kLiteralMark;
     lexed_.shape += mark;
+    written_ = at_;
   }
 
   void Text(char quote) {
+    const std::size_t begin = at_;
     std::string value;
     for (++at_;; ++at_) {
       const std::size_t end = sql_.find(quote, at_);
@@ -71,7 +84,7 @@ class Scanner {
       if (at_ >= sql_.size() || sql_[at_] != quote) break;
       value += quote;
     }
-    AddLiteral('T', std::move(value));
+    AddLiteral('T', begin, std::move(value));
   }
 
   void DateBetweenSigns() {
@@ -79,8 +92,9 @@ class Scanner {
     if (end == std::string_view::npos) Raise(EngineError::SyntaxInExpression, "data sem o sinal # que a encerra");
     const auto date = ReadDateLiteral(sql_.substr(at_ + 1, end - at_ - 1));
     if (!date) Raise(EngineError::SyntaxInExpression, "data inválida entre sinais #");
+    const std::size_t begin = at_;
     at_ = end + 1;
-    AddLiteral('#', *date);
+    AddLiteral('#', begin, *date);
   }
 
   void BracketedName() {
@@ -158,6 +172,7 @@ class Scanner {
   }
 
   void Number(std::size_t begin, bool negative = false) {
+    const std::size_t sign = at_;
     const std::size_t end = EndOfNumber(begin);
     const std::string_view digits = sql_.substr(begin, end - begin);
     at_ = end;
@@ -168,13 +183,13 @@ class Scanner {
       const std::int64_t whole = *units / Currency::kScale;
       if (digits.find('.') == std::string_view::npos && whole >= std::numeric_limits<std::int32_t>::min() &&
           whole <= std::numeric_limits<std::int32_t>::max()) {
-        return AddLiteral('L', static_cast<std::int32_t>(whole));
+        return AddLiteral('L', sign, static_cast<std::int32_t>(whole));
       }
-      return AddLiteral('C', Currency::FromTenThousandths(*units));
+      return AddLiteral('C', sign, Currency::FromTenThousandths(*units));
     }
     double value = 0;
     std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    AddLiteral('D', negative ? -value : value);
+    AddLiteral('D', sign, negative ? -value : value);
   }
 
   static bool BeginsKeyword(std::string_view rest) {
@@ -206,6 +221,7 @@ class Scanner {
   std::string_view sql_;
   Lexed& lexed_;
   std::size_t at_ = 0;
+  std::size_t written_ = 0;  // what stands before is in the shape
 };
 
 }  // namespace

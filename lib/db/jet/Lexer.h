@@ -21,7 +21,7 @@ struct Token {
 struct Lexed {
   std::vector<Token> tokens;      // ends with End
   std::vector<Variant> literals;  // Long, Currency (a number with up to four decimals), Double, Date or text
-  std::string shape;              // equal for two texts that differ in blanks and literals only
+  std::string shape;              // equal for two texts that differ in the values of literals only
 };
 
 // Reads sql into lexed, which keeps its buffers between calls. A minus sign that cannot be binary joins the number

@@ -8,17 +8,17 @@ namespace tsv::db::sqlite {
 namespace {
 
 // With more entries than these, the difference of two balances is cheaper than their sum.
-constexpr const char* kFew = "16";
+constexpr std::int64_t kFew = 16;
 
 constexpr const char* kCounts = "(Realizado IS NULL OR Realizado <> 'N')";
 
 // A text for one classification: $master, $code and $balance stand for its names.
 std::string Written(std::string_view pattern, const Classification& classification) {
-  const std::pair<std::string_view, std::string_view> names[] = {{"$master", classification.masterTable},
-                                                                 {"$code", classification.codeColumn},
-                                                                 {"$balance", classification.balanceColumn},
-                                                                 {"$few", kFew},
-                                                                 {"$counts", kCounts}};
+  const std::pair<std::string_view, std::string> names[] = {{"$master", classification.masterTable},
+                                                            {"$code", classification.codeColumn},
+                                                            {"$balance", classification.balanceColumn},
+                                                            {"$few", std::to_string(kFew)},
+                                                            {"$counts", kCounts}};
   std::string text(pattern);
   for (const auto& [mark, name] : names) {
     for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark)) {
@@ -47,24 +47,26 @@ CodeBalances::CodeBalances(Connection& connection, const Classification& classif
                          "ORDER BY DataId DESC LIMIT 1",
                          classification),
                  true),
-      lastKey_(connection,
-               Written("SELECT DataId FROM Lancamentos WHERE $code = ?1 AND DataId < ?2 ORDER BY DataId DESC LIMIT 1",
-                       classification),
-               true),
-      few_(connection,
-           Written("SELECT count(*) <= $few FROM (SELECT 1 FROM Lancamentos "
-                   "WHERE $code = ?1 AND DataId > ?2 AND DataId < ?3 LIMIT $few + 1)",
+      own_(connection,
+           Written("SELECT count(*), sum(CASE WHEN $counts THEN Valor END) FROM (SELECT Valor, Realizado "
+                   "FROM Lancamentos WHERE $code = ?1 AND DataId > ?2 AND DataId < ?3 LIMIT $few + 1)",
                    classification),
            true),
-      sum_(connection,
-           Written("SELECT sum(Valor) FROM Lancamentos WHERE $code = ?1 AND DataId > ?2 AND DataId < ?3 AND $counts",
-                   classification),
-           true) {}
+      below_(connection,
+             Written("SELECT count(*), sum(CASE WHEN $counts THEN Valor END) FROM (SELECT Valor, Realizado "
+                     "FROM $master CROSS JOIN Lancamentos ON $code = Codigo "
+                     "WHERE Codigo > ?1 AND Codigo < ?1 || char(0x10FFFF) AND DataId > ?2 AND DataId < ?3 "
+                     "LIMIT $few + 1)",
+                     classification),
+             true) {}
 
 Currency CodeBalances::Before(std::string_view code, std::string_view key) {
   if (!NamesACode(code)) return {};
-  LoadCodesBelow(code);
   const Point last = LastPoint(code, key);
+  if (!last.key.empty()) {
+    if (const auto since = SumOfFew(below_, code, last.key, key)) return last.balance + *since;
+  }
+  LoadCodesBelow(code);
   return last.balance + SumOfNodes(0, codes_.size(), last.key, key);
 }
 
@@ -90,20 +92,12 @@ CodeBalances::Point CodeBalances::LastPoint(std::string_view code, std::string_v
   return {std::string(lastPoint_.Text(0)), Amount(lastPoint_, 1)};
 }
 
-std::string CodeBalances::LastKey(std::string_view code, std::string_view before) {
-  const ScopedReset reset(lastKey_);
-  return lastKey_.Bind(1, code).Bind(2, before).Step() ? std::string(lastKey_.Text(0)) : std::string();
-}
-
-bool CodeBalances::AreFew(std::string_view code, std::string_view after, std::string_view before) {
-  const ScopedReset reset(few_);
-  return few_.Bind(1, code).Bind(2, after).Bind(3, before).Step() && few_.Integer(0) != 0;
-}
-
-Currency CodeBalances::SumOf(std::string_view code, std::string_view after, std::string_view before) {
-  const ScopedReset reset(sum_);
-  sum_.Bind(1, code).Bind(2, after).Bind(3, before).Step();
-  return Amount(sum_, 0);
+std::optional<Currency> CodeBalances::SumOfFew(Statement& entries, std::string_view code, std::string_view after,
+                                               std::string_view before) {
+  const ScopedReset reset(entries);
+  entries.Bind(1, code).Bind(2, after).Bind(3, before).Step();
+  if (entries.Integer(0) > kFew) return {};
+  return Amount(entries, 1);
 }
 
 Currency CodeBalances::BalanceOf(std::size_t node, std::string_view before) {
@@ -113,10 +107,8 @@ Currency CodeBalances::BalanceOf(std::size_t node, std::string_view before) {
 
 Currency CodeBalances::SumOfNode(std::size_t node, std::string_view after, std::string_view before) {
   if (after.empty()) return BalanceOf(node, before);
-  const std::string& code = codes_[node];
-  if (LastKey(code, before) <= after) return SumOfNodes(node + 1, ends_[node], after, before);
-  if (AreFew(code, after, before)) {
-    return SumOf(code, after, before) + SumOfNodes(node + 1, ends_[node], after, before);
+  if (const auto own = SumOfFew(own_, codes_[node], after, before)) {
+    return *own + SumOfNodes(node + 1, ends_[node], after, before);
   }
   return BalanceOf(node, before) - BalanceOf(node, after);
 }

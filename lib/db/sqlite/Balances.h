@@ -47,9 +47,10 @@ class CodeBalances {
 
   void LoadCodesBelow(std::string_view code);
   Point LastPoint(std::string_view code, std::string_view before);
-  std::string LastKey(std::string_view code, std::string_view before);
-  bool AreFew(std::string_view code, std::string_view after, std::string_view before);
-  Currency SumOf(std::string_view code, std::string_view after, std::string_view before);
+  // Of the counting entries between two keys on exactly that code (own_) or on those below it (below_); nothing when
+  // there are more than a few entries.
+  std::optional<Currency> SumOfFew(Statement& entries, std::string_view code, std::string_view after,
+                                   std::string_view before);
 
   Currency BalanceOf(std::size_t node, std::string_view before);
   Currency SumOfNode(std::size_t node, std::string_view after, std::string_view before);
@@ -61,9 +62,8 @@ class CodeBalances {
 
   Statement codesBelow_;
   Statement lastPoint_;
-  Statement lastKey_;
-  Statement few_;
-  Statement sum_;
+  Statement own_;
+  Statement below_;
 };
 
 // A counting entry, as far as balances are concerned.

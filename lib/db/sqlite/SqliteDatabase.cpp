@@ -45,29 +45,40 @@ std::shared_ptr<Recordset> KeepRows(StatementLease& statement) {
   return std::make_shared<KeptRecordset>(FieldsOf(statement.Compiled()), std::move(values));
 }
 
-// Holds one state of the file for several statements.
-class Snapshot {
- public:
-  explicit Snapshot(Connection& connection) : connection_(connection), own_(!connection.InTransaction()) {
-    if (own_) connection_.Execute("BEGIN");
-  }
-  ~Snapshot() {
-    if (own_) sqlite3_exec(connection_.Handle(), "COMMIT", nullptr, nullptr, nullptr);
-  }
-  Snapshot(const Snapshot&) = delete;
-  Snapshot& operator=(const Snapshot&) = delete;
-
- private:
-  Connection& connection_;
-  bool own_;
-};
-
 std::int32_t RowsKnown(std::int32_t affected) { return affected; }
 std::int32_t RowsKnown(const std::shared_ptr<Recordset>& recordset) { return recordset->RecordCount(); }
 
 }  // namespace
 
-SqliteDatabase::SqliteDatabase(std::unique_ptr<Connection> connection) : connection_(std::move(connection)) {}
+// Holds one state of the file for several statements.
+class SqliteDatabase::Snapshot {
+ public:
+  explicit Snapshot(SqliteDatabase& database) : database_(database), own_(!database.connection_->InTransaction()) {
+    if (own_) database_.transactions_->beginReading.Run();
+  }
+  ~Snapshot() {
+    if (!own_) return;
+    sqlite3_stmt* commit = database_.transactions_->commit.Handle();
+    sqlite3_step(commit);
+    sqlite3_reset(commit);
+  }
+  Snapshot(const Snapshot&) = delete;
+  Snapshot& operator=(const Snapshot&) = delete;
+
+ private:
+  SqliteDatabase& database_;
+  bool own_;
+};
+
+SqliteDatabase::Transactions::Transactions(Connection& connection)
+    : begin(connection, "BEGIN IMMEDIATE", true),
+      beginReading(connection, "BEGIN", true),
+      commit(connection, "COMMIT", true),
+      save(connection, "SAVEPOINT nivel", true),
+      release(connection, "RELEASE nivel", true) {}
+
+SqliteDatabase::SqliteDatabase(std::unique_ptr<Connection> connection)
+    : connection_(std::move(connection)), transactions_(std::in_place, *connection_) {}
 
 SqliteDatabase::~SqliteDatabase() {
   if (IsOpen()) SqliteDatabase::Close();
@@ -113,7 +124,7 @@ std::shared_ptr<Recordset> SqliteDatabase::Open(const StoredQuery* query, const 
     return InTransaction([&] {
       LetGoOfStreams();
       if (!balances_) balances_.emplace(*connection_);
-      const Snapshot snapshot(*connection_);
+      const Snapshot snapshot(*this);
       return query->open(*balances_, parameters);
     });
   });
@@ -243,6 +254,7 @@ void SqliteDatabase::Close() {
   }
   balances_.reset();
   cache_.Clear();
+  transactions_.reset();
   connection_.reset();  // rolls back what is open
   level_ = 0;
   lost_.reset();
@@ -255,12 +267,12 @@ void SqliteDatabase::Observe(std::shared_ptr<StatementObserver> observer) {
 
 void SqliteDatabase::BeginLevel() {
   LetGoOfStreams();
-  connection_->Execute(level_ == 0 ? "BEGIN IMMEDIATE" : "SAVEPOINT nivel");
+  (level_ == 0 ? transactions_->begin : transactions_->save).Run();
   ++level_;
 }
 
 void SqliteDatabase::CommitLevel() {
-  connection_->Execute(level_ == 1 ? "COMMIT" : "RELEASE nivel");
+  (level_ == 1 ? transactions_->commit : transactions_->release).Run();
   EndLevel();
 }
 

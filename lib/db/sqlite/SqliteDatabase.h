@@ -65,7 +65,19 @@ class SqliteDatabase final : public Database, public std::enable_shared_from_thi
   std::shared_ptr<Recordset> Stream(StatementLease statement);
   void LetGoOfStreams();
 
+  // What every posting runs, prepared once.
+  struct Transactions {
+    explicit Transactions(Connection& connection);
+    Statement begin;
+    Statement beginReading;
+    Statement commit;
+    Statement save;
+    Statement release;
+  };
+  class Snapshot;
+
   std::unique_ptr<Connection> connection_;
+  std::optional<Transactions> transactions_;
   std::shared_ptr<StatementObserver> observer_;
   std::int32_t affected_ = 0;
 
