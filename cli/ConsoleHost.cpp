@@ -11,4 +11,9 @@ std::int32_t ConsoleHost::MessageBox(std::string_view prompt, std::int32_t, std:
   return kOk;
 }
 
+void ConsoleHost::Explain(std::string_view text) {
+  if (!keep_) std::cerr << text << '\n';
+  last_.append(" ").append(text);
+}
+
 }  // namespace tsv::cli

@@ -1,12 +1,30 @@
 #include "Entries.h"
 
+#include <utility>
+
 #include "Arguments.h"
+#include "Registration.h"
 #include "common/Errors.h"
 #include "types/Text.h"
 
 namespace tsv::cli {
 
-std::shared_ptr<CLancamento> Post(Tesovia& tesovia, const TypedEntry& entry) {
+namespace {
+
+// What of the entry's accounts, types, centres and partners takes no postings.
+void ExplainBox(ConsoleHost& host, const TypedEntry& entry) {
+  const std::pair<const MasterTable*, const std::string*> named[] = {
+      {&kContas, &entry.conta}, {&kTipos, &entry.recDesp}, {&kCentros, &entry.centro}, {&kParceiros, &entry.parceiro}};
+  for (const auto& [table, key] : named) {
+    const std::string_view trimmed = text::Trim(*key);
+    if (trimmed.empty()) continue;
+    if (const std::string why = WhyUnusable(*table, std::string(trimmed)); !why.empty()) host.Explain(why);
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<CLancamento> Post(Tesovia& tesovia, ConsoleHost& host, const TypedEntry& entry) {
   for (const std::string* text : {&entry.historico, &entry.conta, &entry.recDesp, &entry.centro, &entry.documento}) {
     if (!text::IsValidUtf8(*text)) throw Failure(kUsage, "O texto não está em UTF-8.");
     if (text->find('\'') != std::string::npos) {
@@ -17,8 +35,14 @@ std::shared_ptr<CLancamento> Post(Tesovia& tesovia, const TypedEntry& entry) {
   const Date reference = entry.referencia.empty() ? date : DateFrom(entry.referencia);
   const Currency amount = AmountFrom(entry.valor);
   const std::int32_t partner = entry.parceiro.empty() ? 0 : NumberFrom(entry.parceiro);
-  return tesovia.FazerLancamentoTS(date, reference, amount, entry.historico, entry.conta, entry.recDesp, entry.centro,
-                                   partner, entry.documento);
+  host.ForgetBox();
+  try {
+    return tesovia.FazerLancamentoTS(date, reference, amount, entry.historico, entry.conta, entry.recDesp, entry.centro,
+                                     partner, entry.documento);
+  } catch (const Erro&) {
+    if (!host.LastBox().empty()) ExplainBox(host, entry);
+    throw;
+  }
 }
 
 std::string ReasonOf(const Erro& erro, const ConsoleHost& host) {

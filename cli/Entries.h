@@ -23,8 +23,9 @@ struct TypedEntry {
   std::string documento;
 };
 
-// Reads the values and posts them. A value that cannot be read is a Failure, a refusal by the ledger an Erro.
-std::shared_ptr<CLancamento> Post(Tesovia& tesovia, const TypedEntry& entry);
+// Reads the values and posts them. A value that cannot be read is a Failure, a refusal by the ledger an Erro. Where the
+// ledger only says that something was deactivated, the host hears what it is.
+std::shared_ptr<CLancamento> Post(Tesovia& tesovia, ConsoleHost& host, const TypedEntry& entry);
 
 // What to tell the user about an error of a posting: its text, the box that the ledger showed, or what its silence
 // means.

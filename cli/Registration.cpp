@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Arguments.h"
 #include "Failure.h"
 #include "common/Recordsets.h"
 #include "common/Session.h"
@@ -89,6 +90,16 @@ void ExpectUnused(const MasterTable& table, const std::string& key) {
   if (!rows->EndOfFile()) {
     throw Failure(kRefused, std::string(table.title) + " '" + key + "' já está cadastrad" + table.gender + ".");
   }
+}
+
+std::string WhyUnusable(const MasterTable& table, const std::string& key) {
+  Statement query;
+  query << "SELECT " << table.inactive << " FROM " << table.table << " WHERE " << table.key << " = "
+        << (table.keyIsNumber ? NumberLiteral(NumberFrom(key)) : TextLiteral(key));
+  const Module1::ScopedRecordset rows(CurrentSession().BancoDeDados->OpenRecordset(query.Text(), db::dbOpenSnapshot));
+  const std::string subject = std::string(table.title) + " '" + key + "' ";
+  if (rows->EndOfFile()) return subject + "não está cadastrad" + table.gender + ".";
+  return ToBoolean(rows->Fields(0).Value()) ? subject + "está desativad" + table.gender + "." : std::string();
 }
 
 void InsertUser(std::int32_t id, const std::string& login, const std::string& name, const std::string& password) {

@@ -36,6 +36,7 @@ std::string CheckedPassword(std::string_view password);
 // On the session's database, inside a transaction of the caller's.
 std::int32_t NextId(const MasterTable& table);
 void ExpectUnused(const MasterTable& table, const std::string& key);
+std::string WhyUnusable(const MasterTable& table, const std::string& key);  // for postings; empty: it is usable
 void InsertUser(std::int32_t id, const std::string& login, const std::string& name, const std::string& password);
 
 }  // namespace tsv::cli

@@ -142,7 +142,7 @@ TEST_F(CliTest, KeepsTheBooksOfASmallCompany) {
   ExpectDone(Posting("03/07/2026", "-250,5", "2", "D"));
   const Outcome backDated = Run(Posting("02/07/2026", "-0,20", "1.1", "D"));
   EXPECT_EQ(backDated.code, 0) << backDated;
-  EXPECT_EQ(backDated.out, "Lançamento 4 gravado. Saldo da conta 1.1: -0,20; saldo global: 999,80.\n");
+  EXPECT_EQ(backDated.out, "Lançamento 4 de 02/07/2026 gravado. Saldo da conta 1.1: -0,20; saldo global: 999,80.\n");
 
   const auto rows = nlohmann::json::parse(Run({"extrato", "--json"}).out);
   ASSERT_EQ(rows.size(), 4u);
@@ -217,7 +217,7 @@ TEST_F(CliTest, TellsWhyAPostingIsRefused) {
   EXPECT_EQ(
       box.err,
       "Não foi possível incluir o lançamento.\nPossível causa: a conta, receita/despesa, centro de custo/lucro ou "
-      "cliente/fornecedor foi desativado.\n");
+      "cliente/fornecedor foi desativado.\nConta '1' está desativada.\n");
   ExpectDone({"ativar", "conta", "1"});
   ExpectDone(Posting("01/07/2026", "1", "1", "R"));
 }
@@ -375,7 +375,8 @@ TEST_F(CliTest, ImportRefusesLinesOneByOneWithTheirReasons) {
   for (const char* reason :
        {"linha 3: aspas fora do lugar ou não fechadas", "linha 4: tem 6 campos; o cabeçalho tem 7.",
         "linha 5: o texto não está em UTF-8", "linha 7: Valor inválido '1,505'", "linha 6: Data inválida '2026-02-30'",
-        "linha 8: Apóstrofos não são permitidos", "linha 9: Não foi possível incluir o lançamento. Possível causa"}) {
+        "linha 8: Apóstrofos não são permitidos", "linha 9: Não foi possível incluir o lançamento. Possível causa",
+        "Parceiro '99' não está cadastrado."}) {
     EXPECT_TRUE(Contains(outcome.err, reason)) << reason << '\n' << outcome;
   }
   EXPECT_EQ(Rows("SELECT Historico, Valor FROM Lancamentos ORDER BY Id"), nlohmann::json::parse(R"([

@@ -5,13 +5,15 @@
 #include "Commands.h"
 #include "Entries.h"
 #include "Texts.h"
+#include "types/Conversions.h"
 
 namespace tsv::cli {
 namespace {
 
 void Show(const CLancamento& entry) {
-  std::cout << "Lançamento " << entry.Id() << " gravado. Saldo da conta " << entry.CodConta() << ": "
-            << Amount(entry.SaldoConta()) << "; saldo global: " << Amount(entry.SaldoGlobal()) << ".\n";
+  std::cout << "Lançamento " << entry.Id() << " de " << Day(ToDate(entry.Data())) << " gravado. Saldo da conta "
+            << entry.CodConta() << ": " << Amount(entry.SaldoConta())
+            << "; saldo global: " << Amount(entry.SaldoGlobal()) << ".\n";
 }
 
 }  // namespace
@@ -34,7 +36,7 @@ void AddLancar(CLI::App& app, Context& context) {
   command->callback([&context, entry] {
     context.action = [&context, entry] {
       if (entry->data.empty()) entry->data = Day(Today());
-      Show(*Post(context.Login(), *entry));
+      Show(*Post(context.Login(), context.Host(), *entry));
       return kDone;
     };
   });

@@ -110,7 +110,6 @@ void Importer::PostLine(const CsvLine& line, const Columns& columns, Batch& batc
                       "; o cabeçalho tem " + std::to_string(columns.Count()) + ".",
                   batch);
   }
-  context_.Host().ForgetBox();
   try {
     PostWithMark(columns.EntryOf(line.fields), line, digest);
     ++batch.result.posted;
@@ -125,7 +124,7 @@ void Importer::PostLine(const CsvLine& line, const Columns& columns, Batch& batc
 std::int32_t Importer::PostWithMark(const TypedEntry& entry, const CsvLine& line, const std::string& digest) {
   CDaoTrans transaction;
   transaction.BegTrans();
-  const std::int32_t id = Post(tesovia_, entry)->Id();
+  const std::int32_t id = Post(tesovia_, context_.Host(), entry)->Id();
   marks_.Set(line.number, digest, id);
   transaction.ComTrans();
   return id;
