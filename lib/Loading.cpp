@@ -12,14 +12,14 @@ namespace tsv::internal {
 using namespace Module1;
 
 std::shared_ptr<db::Recordset> AbrirRecordset(std::string_view SQL, db::RecordsetTypeEnum Tipo) {
-  auto recordset = CurrentSession().BancoDeDados->OpenRecordset(SQL, Tipo);
+  auto recordset = BancoAberto()->OpenRecordset(SQL, Tipo);
   CompletarContagem(*recordset);
   return recordset;
 }
 
 std::shared_ptr<CLancamento> CarregarLancamentoTS(std::int32_t IdLancamento) {
   return UnderHandler("em Tesovia.CarregarLancamentoTS", [&] {
-    ExigirBancoAberto();
+    BancoAberto();
     Statement select;
     select << "Select * From Lancamentos Where Id = " << NumberLiteral(IdLancamento);
     const ScopedRecordset row(AbrirRecordset(select.Text(), db::dbOpenSnapshot));

@@ -12,6 +12,7 @@
 #include "common/Recordsets.h"
 #include "common/Session.h"
 #include "common/Statement.h"
+#include "db/LedgerSchema.h"
 #include "types/Conversions.h"
 
 namespace tsv {
@@ -156,7 +157,7 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
                                                         std::string_view CodRecDesp, std::string_view CodCentroDeCusto,
                                                         std::int32_t IdParceiroComl, std::string_view Documento) {
   return UnderHandler("em Tesovia.FazerLancamentoTS ", [&] {
-    ExigirBancoAberto();
+    BancoAberto();
     RefuseWrongSign(CodRecDesp, Valor);
 
     auto lancamento = std::make_shared<CLancamento>();
@@ -210,7 +211,8 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
 
     DeslocarSaldos(classificacao, Valor, lancamento->DataId());
 
-    const std::string codCCusto = classificacao.CodCentroCusto.empty() ? "$@#" : classificacao.CodCentroCusto;
+    const std::string_view codCCusto =
+        classificacao.CodCentroCusto.empty() ? db::kNoCostCentreToVerify : classificacao.CodCentroCusto;
     if (!VerificarApos(classificacao.IdParceiroComl, codCCusto, classificacao.CodConta, classificacao.CodRecDesp,
                        lancamento->DataId(), " ", saldos)) {
       GerarErro(TS_ERRO_LANCAMENTO,

@@ -24,7 +24,9 @@ Literal CredentialLiteral(std::string_view value) {
 
 }  // namespace
 
-Tesovia::~Tesovia() { FecharBanco(CurrentSession().BancoDeDados); }
+Tesovia::~Tesovia() {
+  if (!SessionHasEnded()) FecharBanco(CurrentSession().BancoDeDados);
+}
 
 void Tesovia::InicializarTS(std::string_view CaminhoBancoDeDados, std::string_view IdUsuario,
                             std::string_view SenhaUsuario) {
@@ -55,8 +57,7 @@ void Tesovia::InicializarTS(std::string_view CaminhoBancoDeDados, std::string_vi
 
 std::shared_ptr<db::Recordset> Tesovia::AbrirRecordsetTS(std::string_view SQL, db::RecordsetTypeEnum Tipo) {
   return UnderHandler("em Tesovia.AbrirRecordsetTS", [&] {
-    ExigirBancoAberto();
-    auto recordset = CurrentSession().BancoDeDados->OpenRecordset(SQL, Tipo, db::dbReadOnly);
+    auto recordset = BancoAberto()->OpenRecordset(SQL, Tipo, db::dbReadOnly);
     CompletarContagem(*recordset);
     return recordset;
   });

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <fstream>
@@ -97,7 +99,8 @@ TEST_F(EngineTest, EntriesTakeTheirDefaults) {
   EXPECT_EQ(value("IdConcorrencia"), Variant(0));
   EXPECT_EQ(value("SaldoParceiroComl"), Variant(Currency()));
   EXPECT_EQ(value("Estorno"), Variant(false));
-  for (const char* none : {"CodCentroCusto", "IdParceiroComl", "Documento", "ValorPago"}) EXPECT_EQ(value(none), Variant(Null())) << none;
+  for (const char* none : {"CodCentroCusto", "IdParceiroComl", "Documento", "ValorPago"})
+    EXPECT_EQ(value(none), Variant(Null())) << none;
   user.Execute("UPDATE Lancamentos SET Estorno = NULL, Documento = ''");
   EXPECT_EQ(Count(user, "Lancamentos WHERE Estorno = False AND Documento = ''"), 3);
 
@@ -126,7 +129,8 @@ TEST_F(EngineTest, ANewLedgerHoldsOnlyWhatTransfersNeed) {
 TEST_F(EngineTest, ValuesComeBackAsTheyWentIn) {
   user.Execute("CREATE TABLE Tudo (B YESNO, Y BYTE, L LONG, C CURRENCY, D DOUBLE, M DATETIME, T TEXT(20))");
   user.Execute(
-      "INSERT INTO Tudo VALUES (True, 255, -2147483648, -922337203685477.5808, 0.1, #12/29/1899 06:00:00#, 'Água ''é''')");
+      "INSERT INTO Tudo VALUES (True, 255, -2147483648, -922337203685477.5808, 0.1, #12/29/1899 06:00:00#, 'Água "
+      "''é''')");
   user.Execute("INSERT INTO Tudo (L) VALUES (Null)");
   const auto rows = user.Open("SELECT * FROM Tudo ORDER BY L DESC");
   const std::pair<Variant, db::DataTypeEnum> expected[] = {
@@ -297,7 +301,9 @@ TEST_F(EngineTest, ObserversSeeEverythingAndCannotHoldALevelOpen) {
   EXPECT_EQ(watcher->seen, expected);
 
   User other = ledger.Open(milliseconds(30));
-  const auto nobodyWrites = [&] { return ErrorOf([&] { other.Execute("UPDATE Serial SET Serial = 1"); }).Numero() == 0; };
+  const auto nobodyWrites = [&] {
+    return ErrorOf([&] { other.Execute("UPDATE Serial SET Serial = 1"); }).Numero() == 0;
+  };
   watcher->failAfter = "BeginTrans";
   EXPECT_EQ(ErrorOf([&] { user.Workspace().BeginTrans(); }).Numero(), 2);
   EXPECT_TRUE(nobodyWrites());
@@ -390,11 +396,13 @@ TEST_F(EngineTest, StreamsMoveForward) {
 }
 
 TEST_F(EngineTest, StatementsThatDifferInValuesShareOneTemplate) {
-  const auto cached = [&] { return std::static_pointer_cast<db::sqlite::SqliteDatabase>(user.database)->CachedStatements(); };
+  const auto cached = [&] {
+    return std::static_pointer_cast<db::sqlite::SqliteDatabase>(user.database)->CachedStatements();
+  };
   user.Open("SELECT Id FROM Lancamentos WHERE Historico = 'A' AND Valor > 1.5");
   const std::size_t before = cached();
   for (const char* sql : {"SELECT Id FROM Lancamentos WHERE Historico = 'B' AND Valor > -20.5",
-                          "SELECT  Id FROM Lancamentos WHERE Historico='VENDA' AND Valor>9.99"}) {
+                          "SELECT Id FROM Lancamentos WHERE Historico = 'VENDA''S' AND Valor > 9.99"}) {
     user.Open(sql);
   }
   EXPECT_EQ(cached(), before);
@@ -500,6 +508,34 @@ TEST(LedgerFiles, CreationTouchesNothingThatExists) {
   EXPECT_TRUE(std::filesystem::exists(folder.Path("açúcar:?memory.tsv")));
 }
 
+// A process that opens the ledger a second time must go on holding its locks, or another process that closes would take
+// itself for the last one and remove the log from under this one. The other process starts before anything is open
+// here.
+TEST(LedgerFiles, OpeningAgainKeepsOtherProcessesFromTheLog) {
+  const TemporaryLedger ledger;
+  int go[2];
+  ASSERT_EQ(pipe(go), 0);
+  const pid_t other = fork();
+  if (other == 0) {
+    char signal = 0;
+    const bool told = read(go[0], &signal, 1) == 1;
+    ledger.Open().Execute("UPDATE Serial SET Serial = Serial + 1");
+    _exit(told ? 0 : 1);
+  }
+  User first = ledger.Open();
+  first.Execute("UPDATE Serial SET Serial = Serial + 1");
+  ledger.Open();
+  EXPECT_EQ(ErrorOf([&] { MakeEngine(milliseconds(30)).OpenDatabase(ledger.Path(), false, false, "PWD=x"); }).Numero(),
+            3031);
+  ASSERT_EQ(write(go[1], "x", 1), 1);
+  int status = -1;
+  waitpid(other, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(std::filesystem::exists(ledger.Path() + "-wal"));
+  first.Execute("UPDATE Serial SET Serial = Serial + 1");
+  EXPECT_EQ(ledger.Open().Value("SELECT Serial FROM Serial"), Variant(3));
+}
+
 TEST(LedgerFiles, ExclusiveAndReadOnlyAreKept) {
   const TemporaryLedger ledger;
   {
@@ -507,7 +543,9 @@ TEST(LedgerFiles, ExclusiveAndReadOnlyAreKept) {
     user.database = user.engine.OpenDatabase(ledger.Path(), false, true, TemporaryLedger::kConnect);
     EXPECT_EQ(user.Value("SELECT Serial FROM Serial"), Variant(0));
     EXPECT_EQ(ErrorOf([&] { user.Execute("UPDATE Serial SET Serial = 1"); }).Numero(), 3027);
-    EXPECT_EQ(ErrorOf([&] { user.engine.OpenDatabase(ledger.Path(), true, false, TemporaryLedger::kConnect); }).Numero(), 3051);
+    EXPECT_EQ(
+        ErrorOf([&] { user.engine.OpenDatabase(ledger.Path(), true, false, TemporaryLedger::kConnect); }).Numero(),
+        3051);
   }
   db::DBEngine engine = MakeEngine(milliseconds(30));
   const auto alone = engine.OpenDatabase(ledger.Path(), true, false, TemporaryLedger::kConnect);

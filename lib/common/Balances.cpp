@@ -1,11 +1,10 @@
 #include "common/Balances.h"
 
-#include <cstdio>
-
 #include "common/Errors.h"
 #include "common/Recordsets.h"
 #include "common/Session.h"
 #include "common/Statement.h"
+#include "db/LedgerSchema.h"
 #include "types/Conversions.h"
 
 namespace tsv::Module1 {
@@ -21,9 +20,9 @@ Currency Balance(const db::Recordset& recordset, std::string_view field) {
 SerialESaldos LerSerialESaldos(const Classificacao& classificacao, Date data, Currency valor) {
   const bool hasPartner = classificacao.IdParceiroComl != 0;
   const bool hasCentre = !classificacao.CodCentroCusto.empty();
-  const auto query = CurrentSession().BancoDeDados->QueryDefs("ParQrySerialESaldos");
+  const auto query = BancoAberto()->QueryDefs("ParQrySerialESaldos");
   query->Parameters(0).Value = classificacao.IdParceiroComl;
-  query->Parameters(1).Value = hasCentre ? classificacao.CodCentroCusto : "@@@";
+  query->Parameters(1).Value = hasCentre ? classificacao.CodCentroCusto : std::string(db::kNoCostCentre);
   query->Parameters(2).Value = classificacao.CodConta;
   query->Parameters(3).Value = classificacao.CodRecDesp;
   query->Parameters(4).Value = data;
@@ -45,12 +44,7 @@ bool ReivindicarSerial(std::int32_t serial) {
   return claim.Execute() >= 1;
 }
 
-std::string MontarDataId(Date data, std::int32_t id) {
-  const CivilTime day = data.ToCivil();
-  char key[64];
-  std::snprintf(key, sizeof key, "%04d%02d%02d%09d", day.year, day.month, day.day, id);
-  return key;
-}
+std::string MontarDataId(Date data, std::int32_t id) { return db::EntryKey(data, id); }
 
 void DeslocarSaldos(const Classificacao& classificacao, Currency valor, std::string_view dataId) {
   const Literal amount = AmountLiteral(valor);
@@ -77,7 +71,7 @@ bool VerificarApos(std::int32_t idParceiro, std::string_view codCCusto, std::str
                    std::string_view codRecDesp, std::string_view novoDataId, std::string_view antigoDataId,
                    const Saldos& esperados) {
   return UnderHandler("em Module1.VerificarApos", [&] {
-    const auto query = CurrentSession().BancoDeDados->QueryDefs("ParQryLastSaldosByDataId");
+    const auto query = BancoAberto()->QueryDefs("ParQryLastSaldosByDataId");
     query->Parameters("IdParceiro").Value = idParceiro;
     query->Parameters("CodCCusto").Value = std::string(codCCusto);
     query->Parameters("CodCon").Value = std::string(codConta);

@@ -26,7 +26,7 @@ void CDaoTrans::ComTrans() {
 }
 
 void CDaoTrans::RollBack() noexcept {
-  if (open_ == 0) return;
+  if (open_ <= 0) return;
   try {
     ThreadWorkspace().Rollback();
   } catch (...) {
@@ -36,7 +36,7 @@ void CDaoTrans::RollBack() noexcept {
 }
 
 CDaoTrans::~CDaoTrans() {
-  while (open_ != 0) RollBack();
+  while (open_ > 0) RollBack();
 }
 
 }  // namespace tsv

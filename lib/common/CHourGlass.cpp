@@ -1,5 +1,6 @@
 #include "common/CHourGlass.h"
 
+#include "common/Errors.h"
 #include "common/Session.h"
 
 namespace tsv {
@@ -16,13 +17,10 @@ void CHourGlass::Show(bool action) {
 
 CHourGlass::~CHourGlass() {
   if (!busy_) return;
-  Host& host = *CurrentSession().host;
-  try {
-    host.DiscardPendingInput();
-    host.ShowNormalPointer();
-  } catch (...) {
-    // The operation's own result counts, not the pointer.
-  }
+  // The operation's own result counts, not what befalls the pointer; but it must not stay busy.
+  const std::shared_ptr<Host> host = CurrentSession().host;
+  Module1::IgnoringErrors([&] { host->DiscardPendingInput(); });
+  Module1::IgnoringErrors([&] { host->ShowNormalPointer(); });
 }
 
 }  // namespace tsv

@@ -10,14 +10,14 @@ namespace tsv {
 std::vector<std::unique_ptr<db::Driver>> AllDrivers() {
   std::vector<std::unique_ptr<db::Driver>> drivers;
   drivers.push_back(std::make_unique<db::postgres::ServerDriver>());
-  drivers.push_back(std::make_unique<db::dao::JetFileDriver>());
   drivers.push_back(std::make_unique<db::sqlite::LedgerDriver>());
+  drivers.push_back(std::make_unique<db::dao::JetFileDriver>());  // opens the file itself, so after its owner
   return drivers;
 }
 
 void CriarBancoDeDados(std::string_view path) {
   const db::postgres::ServerDriver server;
-  if (server.Recognises(path, {})) {
+  if (server.Recognises(path)) {
     server.Open(path, false, false, kConnect);
   } else {
     db::sqlite::CreateLedger(path, db::PasswordIn(kConnect));

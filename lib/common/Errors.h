@@ -45,5 +45,14 @@ auto UnderHandler(std::string_view origin, Body&& body, std::string_view prefix 
   }
 }
 
+// Does what must not fail: closing things, restoring the pointer.
+template <typename Action>
+void IgnoringErrors(Action&& action) noexcept {
+  try {
+    std::forward<Action>(action)();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): what went before is what counts
+  }
+}
+
 }  // namespace Module1
 }  // namespace tsv

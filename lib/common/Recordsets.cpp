@@ -1,18 +1,8 @@
 #include "common/Recordsets.h"
 
+#include "common/Errors.h"
+
 namespace tsv::Module1 {
-
-namespace {
-
-template <typename Action>
-void IgnoringErrors(Action action) noexcept {
-  try {
-    action();
-  } catch (...) {
-  }
-}
-
-}  // namespace
 
 void FecharRecordset(std::shared_ptr<db::Recordset>& recordset) noexcept {
   if (recordset) IgnoringErrors([&] { recordset->Close(); });

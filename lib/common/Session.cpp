@@ -5,17 +5,28 @@
 
 namespace tsv {
 
+namespace {
+
+// Has no destructor, so it can still be read when the session cannot.
+thread_local bool sessionHasEnded = false;
+
+}  // namespace
+
 Session::Session() : Engine(AllDrivers()), host(std::make_shared<Host>()) {}
+
+Session::~Session() { sessionHasEnded = true; }
+
+bool SessionHasEnded() noexcept { return sessionHasEnded; }
 
 Session& CurrentSession() {
   thread_local Session session;
   return session;
 }
 
-void Module1::ExigirBancoAberto() {
-  if (!CurrentSession().BancoDeDados) {
-    GerarErro(TS_ERRO_NAO_INICIALIZADO, "Componente do Tesovia não inicializado.");
-  }
+std::shared_ptr<db::Database> Module1::BancoAberto() {
+  const std::shared_ptr<db::Database>& banco = CurrentSession().BancoDeDados;
+  if (!banco) GerarErro(TS_ERRO_NAO_INICIALIZADO, "Componente do Tesovia não inicializado.");
+  return banco;
 }
 
 }  // namespace tsv

@@ -12,6 +12,9 @@ namespace tsv {
 // What all objects of the library share on one thread.
 struct Session {
   Session();
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
 
   std::shared_ptr<db::Database> BancoDeDados;  // none: not initialised
   std::string CaminhoBancoDeDados;             // as given by the client
@@ -28,10 +31,14 @@ struct Session {
 
 Session& CurrentSession();
 
+// Whether the thread is past the end of its session: objects that outlive it have nothing left to close.
+bool SessionHasEnded() noexcept;
+
 namespace Module1 {
 
-// Raises TS_ERRO_NAO_INICIALIZADO when the thread has no open database.
-void ExigirBancoAberto();
+// The thread's open database; TS_ERRO_NAO_INICIALIZADO when there is none. Held by the caller while in use: a host
+// that lets other code run in between may release it.
+std::shared_ptr<db::Database> BancoAberto();
 
 }  // namespace Module1
 }  // namespace tsv

@@ -40,9 +40,9 @@ Literal AmountLiteral(Currency value) { return Literal(value.ToFixed2()); }
 Literal DateLiteral(Date value) { return Literal(DataSQL(value, 1)); }
 
 std::int32_t Statement::Execute() const {
-  db::Database& banco = *CurrentSession().BancoDeDados;
-  banco.Execute(text_, db::dbFailOnError);
-  return banco.RecordsAffected();
+  const std::shared_ptr<db::Database> banco = BancoAberto();
+  banco->Execute(text_, db::dbFailOnError);
+  return banco->RecordsAffected();
 }
 
 }  // namespace tsv::Module1

@@ -18,10 +18,10 @@ enum class ValueType { Null, Boolean, Byte, Long, Decimal, Currency, Double, Dat
 struct Column {
   std::string name;
   ValueType type = ValueType::Text;
-  int size = 0;                  // the most characters of a text; 0: no limit
-  bool required = false;         // Null raises 3314
-  bool allowZeroLength = false;  // otherwise '' raises 3315
-  bool exact = false;            // a text compared to the letter: case, blanks and order by code point
+  int size = 0;                    // the most characters of a text; 0: no limit
+  bool required = false;           // Null raises 3314
+  bool allowZeroLength = false;    // otherwise '' raises 3315
+  bool exact = false;              // a text compared to the letter: case, blanks and order by code point
   Variant defaultValue = Empty{};  // for inserts that do not name the column; Empty: Null
 };
 
@@ -48,7 +48,7 @@ struct Table {
 
 class Catalog {
  public:
-  void Add(Table table);                             // replaces one of the same name
+  void Add(Table table);                            // replaces one of the same name
   const Table* Find(std::string_view table) const;  // without regard to case; nothing when there is none
 
  private:

@@ -3,7 +3,6 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <utility>
 
 #include "db/EngineError.h"
@@ -13,30 +12,20 @@
 namespace tsv::db {
 namespace {
 
-struct FileStart {
-  std::string bytes;
-  std::optional<EngineError> problem;  // why there are none
-};
-
-FileStart ReadStart(std::string_view path) {
-  if (path.find('\0') != std::string_view::npos) return {{}, EngineError::FileNotFound};
+// Why a path that no driver recognises cannot be opened.
+EngineError ProblemOf(std::string_view path) {
+  if (path.find('\0') != std::string_view::npos) return EngineError::FileNotFound;
   const std::filesystem::path file = FilePath(path);
   std::error_code error;
   const std::filesystem::file_type type = std::filesystem::status(file, error).type();
-  if (type == std::filesystem::file_type::not_found) return {{}, EngineError::FileNotFound};
-  if (type != std::filesystem::file_type::regular) return {{}, EngineError::CannotOpen};
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) return {{}, EngineError::CannotOpen};
-  FileStart start{std::string(512, '\0'), {}};
-  stream.read(start.bytes.data(), static_cast<std::streamsize>(start.bytes.size()));
-  start.bytes.resize(static_cast<std::size_t>(stream.gcount()));
-  return start;
+  if (type == std::filesystem::file_type::not_found) return EngineError::FileNotFound;
+  if (type != std::filesystem::file_type::regular || !std::ifstream(file)) return EngineError::CannotOpen;
+  return EngineError::UnrecognisedFile;
 }
 
 }  // namespace
 
 void Workspace::BeginTrans() {
-  std::erase_if(databases_, [](const auto& database) { return database.expired(); });
   Level level;
   try {
     for (const auto& weak : databases_) {
@@ -85,15 +74,15 @@ DBEngine::DBEngine(std::vector<std::unique_ptr<Driver>> drivers) : drivers_(std:
 
 std::shared_ptr<Database> DBEngine::OpenDatabase(std::string_view path, bool exclusive, bool readOnly,
                                                  std::string_view connect) {
-  const FileStart start = ReadStart(path);
   for (const auto& driver : drivers_) {
-    if (!driver->Recognises(path, start.bytes)) continue;
+    if (!driver->Recognises(path)) continue;
     std::shared_ptr<Database> database = driver->Open(path, exclusive, readOnly, connect);
     database->Observe(observer_);
+    std::erase_if(workspace_.databases_, [](const auto& other) { return other.expired(); });
     workspace_.databases_.push_back(database);
     return database;
   }
-  Raise(start.problem.value_or(EngineError::UnrecognisedFile), path);
+  Raise(ProblemOf(path), path);
 }
 
 Workspace& DBEngine::Workspaces(std::size_t index) {

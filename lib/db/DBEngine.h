@@ -14,8 +14,9 @@ class Driver {
  public:
   virtual ~Driver() = default;
 
-  // path: as given by the client; firstBytes: up to 512 bytes of the file, empty when there is none.
-  virtual bool Recognises(std::string_view path, std::string_view firstBytes) const = 0;
+  // Whether the path, as given by the client, names a database of this kind. A driver that opens the file to see that
+  // must not disturb the locks that this process may hold on it.
+  virtual bool Recognises(std::string_view path) const = 0;
   virtual std::shared_ptr<Database> Open(std::string_view path, bool exclusive, bool readOnly,
                                          std::string_view connect) const = 0;
 };
@@ -45,6 +46,7 @@ class DBEngine {
 
   // connect: "MS Access;PWD=...". A missing file: 3024; no driver knows the file: 3343; wrong password: 3031.
   // A folder, or a file that may not be read: 3051.
+  // A transaction covers every database that is open here, so one file opened twice for writing would wait for itself.
   std::shared_ptr<Database> OpenDatabase(std::string_view path, bool exclusive, bool readOnly,
                                          std::string_view connect);
 

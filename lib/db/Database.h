@@ -11,12 +11,14 @@
 namespace tsv::db {
 
 // Sees every statement of a database, for tests and traces: its exact text, the name of a stored query as it is
-// opened, and "BeginTrans", "CommitTrans" and "Rollback". What an observer throws leaves through the statement's caller.
+// opened, and "BeginTrans", "CommitTrans" and "Rollback". What an observer throws leaves through the statement's
+// caller.
 class StatementObserver {
  public:
   virtual ~StatementObserver() = default;
   virtual void AboutToRun(std::string_view /*text*/) {}
-  virtual void HasRun(std::string_view /*text*/, std::int32_t /*affected: rows changed, or rows known so far of a recordset*/) {}
+  virtual void HasRun(std::string_view /*text*/,
+                      std::int32_t /*affected: rows changed, or rows known so far of a recordset*/) {}
 };
 
 // A statement whose parameters are set before it is opened: a stored query of the database, or a client's text.
@@ -28,7 +30,7 @@ class QueryDef {
   };
 
   virtual ~QueryDef() = default;
-  Parameter& Parameters(std::size_t index);       // from 0; out of range: 3265
+  Parameter& Parameters(std::size_t index);      // from 0; out of range: 3265
   Parameter& Parameters(std::string_view name);  // without regard to case; unknown: 3265
 
   // A parameter that was not set raises 3061.
@@ -52,7 +54,7 @@ class Database {
   virtual void Execute(std::string_view sql, std::int32_t options = 0) = 0;
   virtual std::int32_t RecordsAffected() const = 0;  // by the last Execute
 
-  virtual std::shared_ptr<QueryDef> QueryDefs(std::string_view name) = 0;          // unknown: 3265
+  virtual std::shared_ptr<QueryDef> QueryDefs(std::string_view name) = 0;      // unknown: 3265
   virtual std::shared_ptr<QueryDef> CreateQueryDef(std::string_view sql) = 0;  // temporary, for a client's own SELECT
 
   virtual void Close() = 0;

@@ -1,5 +1,6 @@
 #include "db/LedgerSchema.h"
 
+#include <cstdio>
 #include <string>
 #include <utility>
 
@@ -85,7 +86,7 @@ Table Entries() {
                       Moment("Data"),
                       Moment("DataReferencia"),
                       Moment("DataVencimento"),
-                      Text("Historico", 50),
+                      Required(Text("Historico", 50)),
                       Required(Exact(Text("DataId", 17))),
                       Required(Money("SaldoConta")),
                       Required(Money("SaldoRecDesp")),
@@ -172,8 +173,7 @@ Table ImportedLines() {
 
 std::vector<Table> LedgerTables() {
   return {Coded("Contas", {Text("DesConta", 50), Flag("Inativa"), Flag("Excluida")}),
-          Coded("TiposMovimentacoes",
-                {Byte("Tipo"), Text("DesMovimentacao", 50), Flag("Inativo"), Flag("Excluido")}),
+          Coded("TiposMovimentacoes", {Byte("Tipo"), Text("DesMovimentacao", 50), Flag("Inativo"), Flag("Excluido")}),
           Coded("CentrosDeCusto", {Text("DesCentroDeCusto", 50), Flag("Inativo"), Flag("Excluido")}),
           Partners(),
           Users(),
@@ -182,6 +182,13 @@ std::vector<Table> LedgerTables() {
           Entries(),
           Journal(),
           ImportedLines()};
+}
+
+std::string EntryKey(Date date, std::int64_t id) {
+  const CivilTime day = date.ToCivil();
+  char key[64];
+  std::snprintf(key, sizeof key, "%04d%02d%02d%09lld", day.year, day.month, day.day, static_cast<long long>(id));
+  return key;
 }
 
 }  // namespace tsv::db

@@ -53,8 +53,8 @@ struct User {
 inline db::DBEngine MakeEngine(std::chrono::milliseconds patience = std::chrono::seconds(10)) {
   std::vector<std::unique_ptr<db::Driver>> drivers;
   drivers.push_back(std::make_unique<db::postgres::ServerDriver>());
-  drivers.push_back(std::make_unique<db::dao::JetFileDriver>());
   drivers.push_back(std::make_unique<db::sqlite::LedgerDriver>(patience));
+  drivers.push_back(std::make_unique<db::dao::JetFileDriver>());
   return db::DBEngine(std::move(drivers));
 }
 

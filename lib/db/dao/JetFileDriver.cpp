@@ -1,13 +1,19 @@
 #include "db/dao/JetFileDriver.h"
 
+#include <fstream>
+#include <string>
+
 #include "db/EngineError.h"
+#include "db/FilePath.h"
 
 namespace tsv::db::dao {
 
-bool JetFileDriver::Recognises(std::string_view /*path*/, std::string_view firstBytes) const {
+bool JetFileDriver::Recognises(std::string_view path) const {
   constexpr std::string_view kPage("\0\1\0\0", 4);
-  if (!firstBytes.starts_with(kPage)) return false;
-  const std::string_view name = firstBytes.substr(kPage.size());
+  std::string start(kPage.size() + 15, '\0');
+  std::ifstream file(FilePath(path), std::ios::binary);
+  if (!file.read(start.data(), static_cast<std::streamsize>(start.size())) || !start.starts_with(kPage)) return false;
+  const std::string_view name = std::string_view(start).substr(kPage.size());
   return name.starts_with("Standard Jet DB") || name.starts_with("Standard ACE DB");
 }
 

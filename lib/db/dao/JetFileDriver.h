@@ -7,7 +7,7 @@ namespace tsv::db::dao {
 // Files of the legacy engine. This build has no such engine: Open raises 3343 and tells the user to import the file.
 class JetFileDriver final : public Driver {
  public:
-  bool Recognises(std::string_view path, std::string_view firstBytes) const override;
+  bool Recognises(std::string_view path) const override;
   std::shared_ptr<Database> Open(std::string_view path, bool exclusive, bool readOnly,
                                  std::string_view connect) const override;
 };

@@ -4,7 +4,7 @@
 
 namespace tsv::db::postgres {
 
-bool ServerDriver::Recognises(std::string_view path, std::string_view /*firstBytes*/) const {
+bool ServerDriver::Recognises(std::string_view path) const {
   return path.starts_with("postgresql://") || path.starts_with("postgres://");
 }
 

@@ -8,7 +8,7 @@ namespace tsv::db::postgres {
 // says so.
 class ServerDriver final : public Driver {
  public:
-  bool Recognises(std::string_view path, std::string_view firstBytes) const override;
+  bool Recognises(std::string_view path) const override;
   std::shared_ptr<Database> Open(std::string_view path, bool exclusive, bool readOnly,
                                  std::string_view connect) const override;
 };

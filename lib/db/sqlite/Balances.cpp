@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 
+#include "db/LedgerSchema.h"
 #include "types/Text.h"
 
 namespace tsv::db::sqlite {
@@ -34,7 +35,9 @@ Currency Amount(const Statement& statement, int column) {
 
 }  // namespace
 
-bool NamesACode(std::string_view code) noexcept { return !code.empty() && code != "@@@" && code != "$@#"; }
+bool NamesACode(std::string_view code) noexcept {
+  return !code.empty() && code != kNoCostCentre && code != kNoCostCentreToVerify;
+}
 
 CodeBalances::CodeBalances(Connection& connection, const Classification& classification)
     : codesBelow_(connection,

@@ -64,7 +64,7 @@ class Statement {
 
   bool Step();  // whether there is a row
   void Reset() noexcept { sqlite3_reset(handle_.get()); }
-  void Run();   // to its end, and resets it
+  void Run();  // to its end, and resets it
 
   // Columns of the current row, counted from 0. A text lives until the next step.
   bool IsNull(int column) const noexcept { return sqlite3_column_type(handle_.get(), column) == SQLITE_NULL; }

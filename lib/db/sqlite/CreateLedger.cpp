@@ -1,8 +1,11 @@
 #include "db/sqlite/CreateLedger.h"
 
 #include <chrono>
-#include <cstdio>
+#include <cstdint>
 #include <filesystem>
+#include <fstream>
+#include <string>
+#include <system_error>
 
 #include "db/EngineError.h"
 #include "db/FilePath.h"
@@ -12,24 +15,33 @@
 namespace tsv::db::sqlite {
 namespace {
 
-// Nothing when the file exists or cannot be made.
-std::FILE* OpenNew(const std::filesystem::path& file) {
-#ifdef _WIN32
-  return _wfopen(file.c_str(), L"wbx");
-#else
-  return std::fopen(file.c_str(), "wbx");
-#endif
-}
-
-// Takes the name for this process alone, also against another one that creates the same file.
-void ClaimName(const std::filesystem::path& file, std::string_view path) {
+// Refuses a name that is taken or cannot be.
+void CheckName(const std::filesystem::path& file, std::string_view path) {
   std::error_code ignored;
   if (std::filesystem::exists(std::filesystem::symlink_status(file, ignored))) Raise(EngineError::DatabaseExists, path);
   const std::filesystem::path folder = std::filesystem::absolute(file).parent_path();
   if (!std::filesystem::is_directory(folder, ignored)) Raise(EngineError::InvalidPath, path);
-  std::FILE* claimed = OpenNew(file);
-  if (!claimed) Raise(std::filesystem::exists(file, ignored) ? EngineError::DatabaseExists : EngineError::CannotOpen, path);
-  std::fclose(claimed);
+}
+
+// An empty file beside the one wanted, which the caller removes.
+std::filesystem::path MakeDraft(const std::filesystem::path& file, std::string_view path) {
+  std::uint64_t number = 0;
+  sqlite3_randomness(sizeof number, &number);
+  std::filesystem::path draft = file;
+  draft += "." + std::to_string(number) + ".novo";
+  if (!std::ofstream(draft)) Raise(EngineError::CannotOpen, path);
+  return draft;
+}
+
+// Gives the finished file its name, unless another has taken it meanwhile.
+void Publish(const std::filesystem::path& draft, const std::filesystem::path& file, std::string_view path) {
+  std::error_code error;
+  std::filesystem::create_hard_link(draft, file, error);
+  if (error == std::errc::file_exists) Raise(EngineError::DatabaseExists, path);
+  if (!error) return;
+  CheckName(file, path);  // a file system without links
+  std::filesystem::rename(draft, file, error);
+  if (error) Raise(EngineError::CannotOpen, path);
 }
 
 }  // namespace
@@ -37,14 +49,24 @@ void ClaimName(const std::filesystem::path& file, std::string_view path) {
 void CreateLedger(std::string_view path, std::string_view password) {
   if (path.empty() || path.find('\0') != std::string_view::npos) Raise(EngineError::InvalidPath, path);
   const std::filesystem::path file = FilePath(path);
-  ClaimName(file, path);
-  try {
-    Connection connection(path, Connection::Access::Write, std::chrono::seconds(10));
-    Prepare(connection);
-    FillNewLedger(connection, password);
-  } catch (...) {
+  CheckName(file, path);
+  const std::filesystem::path draft = MakeDraft(file, path);
+  const auto remove = [&draft] {
     std::error_code ignored;
-    std::filesystem::remove(file, ignored);
+    std::filesystem::remove(draft, ignored);
+  };
+  try {
+    {
+      const std::u8string name = draft.u8string();
+      Connection connection({reinterpret_cast<const char*>(name.data()), name.size()}, Connection::Access::Write,
+                            std::chrono::seconds(10));
+      Prepare(connection);
+      FillNewLedger(connection, password);
+    }
+    Publish(draft, file, path);
+    remove();
+  } catch (...) {
+    remove();
     throw;
   }
 }

@@ -79,7 +79,8 @@ Erro ConstraintError(sqlite3* handle, int code, std::string_view message, sqlite
 Erro StatementError(std::string_view message) {
   if (message == "integer overflow") return Runtime(RuntimeError::Overflow);
   for (const char* limit : {"too many", "too large", "too deep", "stack overflow"}) {
-    if (message.find(limit) != std::string_view::npos) return Engine(EngineError::Unsupported, "consulta complexa demais");
+    if (message.find(limit) != std::string_view::npos)
+      return Engine(EngineError::Unsupported, "consulta complexa demais");
   }
   return Erro(static_cast<std::int32_t>(RuntimeError::Internal),
               std::string(TextOf(RuntimeError::Internal)).append(" (").append(message).append(")"));
@@ -107,7 +108,8 @@ Erro ErrorOf(sqlite3* handle, int code, sqlite3_stmt* statement) {
     }
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
-      return Erro(static_cast<std::int32_t>(EngineError::UnrecognisedFile), "O arquivo do banco de dados está danificado.");
+      return Erro(static_cast<std::int32_t>(EngineError::UnrecognisedFile),
+                  "O arquivo do banco de dados está danificado.");
     case SQLITE_NOMEM:
       return Runtime(RuntimeError::OutOfMemory);
     case SQLITE_TOOBIG:

@@ -3,6 +3,7 @@
 #include <limits>
 #include <string>
 
+#include "db/jet/TextValues.h"
 #include "db/sqlite/SqlFunction.h"
 #include "db/sqlite/StoredValue.h"
 #include "db/sqlite/WideInteger.h"
@@ -74,6 +75,16 @@ void ConvertTo(const FunctionCall& call) {
   ReturnStored(call.context, Read(call, from), to);
 }
 
+template <auto parse, ValueType to>
+void Parse(const FunctionCall& call) {
+  ReturnStored(call.context, parse(call.Text(0)), to);
+}
+
+template <ValueType from>
+void Write(const FunctionCall& call) {
+  ReturnStored(call.context, jet::TextOf(Read(call, from)), ValueType::Text);
+}
+
 void DateToDays(const FunctionCall& call) { call.Return(std::get<Date>(Read(call, ValueType::Date)).Days()); }
 void DaysToDate(const FunctionCall& call) { call.Return(Date(call.Real(0)).ToIso()); }
 
@@ -95,14 +106,14 @@ void RegisterHelperFunctions(Connection& connection) {
   AddFunction(connection, "tsv_round_long", 1, ConvertTo<Double, Long>);
   AddFunction(connection, "tsv_currency", 1, ConvertTo<Double, ValueType::Currency>);
   AddFunction(connection, "tsv_long_from_currency", 1, ConvertTo<ValueType::Currency, Long>);
-  AddFunction(connection, "tsv_parse_long", 1, ConvertTo<Text, Long>);
-  AddFunction(connection, "tsv_parse_currency", 1, ConvertTo<Text, ValueType::Currency>);
-  AddFunction(connection, "tsv_parse_double", 1, ConvertTo<Text, Double>);
-  AddFunction(connection, "tsv_parse_date", 1, ConvertTo<Text, ValueType::Date>);
-  AddFunction(connection, "tsv_parse_boolean", 1, ConvertTo<Text, Boolean>);
-  AddFunction(connection, "tsv_text_currency", 1, ConvertTo<ValueType::Currency, Text>);
-  AddFunction(connection, "tsv_text_double", 1, ConvertTo<Double, Text>);
-  AddFunction(connection, "tsv_text_date", 1, ConvertTo<ValueType::Date, Text>);
+  AddFunction(connection, "tsv_parse_long", 1, Parse<jet::ParseLong, Long>);
+  AddFunction(connection, "tsv_parse_currency", 1, Parse<jet::ParseCurrency, ValueType::Currency>);
+  AddFunction(connection, "tsv_parse_double", 1, Parse<jet::ParseDouble, Double>);
+  AddFunction(connection, "tsv_parse_date", 1, Parse<jet::ParseDate, ValueType::Date>);
+  AddFunction(connection, "tsv_parse_boolean", 1, Parse<jet::ParseBoolean, Boolean>);
+  AddFunction(connection, "tsv_text_currency", 1, Write<ValueType::Currency>);
+  AddFunction(connection, "tsv_text_double", 1, Write<Double>);
+  AddFunction(connection, "tsv_text_date", 1, Write<ValueType::Date>);
 }
 
 }  // namespace tsv::db::sqlite

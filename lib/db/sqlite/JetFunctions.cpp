@@ -49,7 +49,7 @@ struct AnyForm {
   ValueType type;
 };
 constexpr AnyForm kAnyForms[] = {
-    {"_boolean", ValueType::Boolean}, {"_long", ValueType::Long},     {"_decimal", ValueType::Decimal},
+    {"_boolean", ValueType::Boolean},   {"_long", ValueType::Long},     {"_decimal", ValueType::Decimal},
     {"_currency", ValueType::Currency}, {"_double", ValueType::Double}, {"_date", ValueType::Date},
     {"_text", ValueType::Text},
 };

@@ -12,7 +12,7 @@ class LedgerDriver final : public Driver {
   // How long a writer waits for another before it gives up with 3260.
   explicit LedgerDriver(std::chrono::milliseconds patience = std::chrono::seconds(10)) : patience_(patience) {}
 
-  bool Recognises(std::string_view path, std::string_view firstBytes) const override;
+  bool Recognises(std::string_view path) const override;
 
   // Not a ledger, a damaged one, or one of a newer version: 3343; another password: 3031; held exclusively: 3051.
   std::shared_ptr<Database> Open(std::string_view path, bool exclusive, bool readOnly,

@@ -18,7 +18,8 @@ constexpr std::int64_t kMark = 0x54535632;  // "TSV2", in SQLite's field for the
 void CreateFirstSchema(Connection& connection) {
   CreateColumnCatalog(connection);
   for (const Table& table : LedgerTables()) CreateTable(connection, table);
-  connection.Execute("CREATE TABLE tsv_ajustes (nome TEXT NOT NULL PRIMARY KEY, valor TEXT NOT NULL) STRICT, WITHOUT ROWID");
+  connection.Execute(
+      "CREATE TABLE tsv_ajustes (nome TEXT NOT NULL PRIMARY KEY, valor TEXT NOT NULL) STRICT, WITHOUT ROWID");
   connection.Execute("INSERT INTO \"Serial\" VALUES (0)");
   // Reserved for the legs of transfers; inactive, so that nobody posts on it by hand.
   connection.Execute(
@@ -104,7 +105,8 @@ void FillNewLedger(Connection& connection, std::string_view password) {
 
 void OpenLedger(Connection& connection, std::string_view path, std::string_view password, Connection::Access access) {
   Verify(connection, path);
-  if (PasswordSum(Setting(connection, "sal"), password) != Setting(connection, "senha")) Raise(EngineError::WrongPassword);
+  if (PasswordSum(Setting(connection, "sal"), password) != Setting(connection, "senha"))
+    Raise(EngineError::WrongPassword);
   const bool current = VersionOf(connection) == kVersion;
   if (!current && access == Connection::Access::Read) Raise(EngineError::ReadOnly);
   if (!current) Atomically(connection, [&] { TakeSteps(connection); });

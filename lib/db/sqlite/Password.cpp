@@ -48,7 +48,8 @@ void Compress(std::array<Word, 8>& state, std::string_view block) {
   for (std::size_t i = 0; i < words.size(); ++i) {
     const Word choice = (e & f) ^ (~e & g);
     const Word majority = (a & b) ^ (a & c) ^ (b & c);
-    const Word first = h + (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25)) + choice + kRoundConstants[i] + words[i];
+    const Word first =
+        h + (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25)) + choice + kRoundConstants[i] + words[i];
     const Word second = (std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22)) + majority;
     h = g;
     g = f;

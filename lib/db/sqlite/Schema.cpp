@@ -73,7 +73,8 @@ std::string Rules(const Table& table, const Column& column) {
       break;
     case ValueType::Text:
       if (column.size > 0) {
-        add(static_cast<std::int32_t>(EngineError::TextTooLong), "length(" + name + ") <= " + std::to_string(column.size));
+        add(static_cast<std::int32_t>(EngineError::TextTooLong),
+            "length(" + name + ") <= " + std::to_string(column.size));
       }
       if (!column.allowZeroLength) add(static_cast<std::int32_t>(EngineError::ZeroLength), "length(" + name + ") > 0");
       break;
@@ -87,7 +88,8 @@ std::string ColumnDefinition(const Table& table, const Column& column) {
   std::string definition = Quoted(column.name).append(" ").append(StorageOf(column.type));
   // A Boolean is never Null: what stores Null in it stores False.
   if (column.type == ValueType::Boolean) {
-    definition += " NOT NULL ON CONFLICT REPLACE DEFAULT " + DefaultOf(IsEmpty(column.defaultValue) ? Variant(false) : column.defaultValue);
+    definition += " NOT NULL ON CONFLICT REPLACE DEFAULT " +
+                  DefaultOf(IsEmpty(column.defaultValue) ? Variant(false) : column.defaultValue);
   } else {
     if (column.required) definition += " NOT NULL";
     if (!IsEmpty(column.defaultValue)) definition += " DEFAULT " + DefaultOf(column.defaultValue);
@@ -104,7 +106,8 @@ std::string TableDefinition(const Table& table) {
   }
   if (!table.primaryKey.empty()) definition += ", PRIMARY KEY (" + QuotedList(table.primaryKey) + ")";
   for (const ForeignKey& key : table.foreignKeys) {
-    definition += ", FOREIGN KEY (" + Quoted(key.column) + ") REFERENCES " + Quoted(key.table) + " (" + Quoted(key.referenced) + ")";
+    definition += ", FOREIGN KEY (" + Quoted(key.column) + ") REFERENCES " + Quoted(key.table) + " (" +
+                  Quoted(key.referenced) + ")";
   }
   return definition + (table.primaryKey.empty() ? ") STRICT" : ") STRICT, WITHOUT ROWID");
 }
@@ -142,9 +145,8 @@ void AddToColumnCatalog(Connection& connection, const Table& table) {
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const Column& column = table.columns[i];
     const auto& key = table.primaryKey;
-    const auto keyPlace = std::find_if(key.begin(), key.end(), [&](const std::string& part) {
-      return text::CompareFolded(part, column.name) == 0;
-    });
+    const auto keyPlace = std::find_if(
+        key.begin(), key.end(), [&](const std::string& part) { return text::CompareFolded(part, column.name) == 0; });
     insert.Bind(1, table.name).Bind(2, static_cast<std::int64_t>(i)).Bind(3, column.name);
     insert.Bind(4, static_cast<std::int64_t>(DataTypeOf(column.type))).Bind(5, static_cast<std::int64_t>(column.size));
     insert.Bind(6, std::int64_t{column.required}).Bind(7, std::int64_t{column.allowZeroLength});

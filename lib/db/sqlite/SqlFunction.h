@@ -39,7 +39,8 @@ struct FunctionTraits {
   ValueType any = ValueType::Null;
 };
 
-void AddFunction(Connection& connection, const char* name, int arguments, FunctionBody body, FunctionTraits traits = {});
+void AddFunction(Connection& connection, const char* name, int arguments, FunctionBody body,
+                 FunctionTraits traits = {});
 
 // Keeps what the running handler caught for the statement to raise, and stops the statement.
 void StopStatement(Connection& connection, sqlite3_context* context) noexcept;

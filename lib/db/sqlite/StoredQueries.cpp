@@ -1,10 +1,10 @@
 #include "db/sqlite/StoredQueries.h"
 
-#include <cstdio>
 #include <string>
 #include <utility>
 
 #include "db/KeptRecordset.h"
+#include "db/LedgerSchema.h"
 #include "types/Conversions.h"
 #include "types/Text.h"
 
@@ -53,31 +53,30 @@ void Add(FiveBalances& sums, const Subject& subject, const CountingEntry& entry,
 
 FieldDescription Amount(std::string name) { return {std::move(name), DataTypeEnum::dbCurrency}; }
 
-std::string NewKey(Date date, std::int64_t serial) {
-  const CivilTime day = date.ToCivil();
-  char key[48];
-  std::snprintf(key, sizeof key, "%04d%02d%02d%09lld", day.year, day.month, day.day,
-                static_cast<long long>(serial) + 1);
-  return key;
+Subject SubjectOf(const Parameters& parameters) {
+  return {TextOf(parameters[2].Value), TextOf(parameters[3].Value), TextOf(parameters[1].Value),
+          NumberOf(parameters[0].Value)};
 }
 
 std::shared_ptr<Recordset> SerialAndBalances(Balances& balances, const Parameters& parameters) {
-  const Subject subject = {TextOf(parameters[2].Value), TextOf(parameters[3].Value), TextOf(parameters[1].Value),
-                           NumberOf(parameters[0].Value)};
+  const Subject subject = SubjectOf(parameters);
   const std::optional<std::int64_t> serial = balances.Serial();
-  const std::string key = NewKey(ToDate(parameters[4].Value), serial.value_or(0));
+  const std::string key = EntryKey(ToDate(parameters[4].Value), serial.value_or(0) + 1);
   const FiveBalances sums = BalancesBefore(balances, subject, key);
-  std::vector<FieldDescription> fields = {{"SERIAL", DataTypeEnum::dbLong}, Amount("SaldoParceiro"),
-                                          Amount("SaldoCCusto"), Amount("SaldoConta"),
-                                          Amount("SaldoRecDesp"), Amount("SaldoGlobal")};
-  std::vector<Variant> row = {serial ? Variant(static_cast<std::int32_t>(*serial)) : Variant(Null()), sums.partner,
-                              sums.costCentre, sums.account, sums.type, sums.global};
+  std::vector<FieldDescription> fields = {
+      {"SERIAL", DataTypeEnum::dbLong}, Amount("SaldoParceiro"), Amount("SaldoCCusto"), Amount("SaldoConta"),
+      Amount("SaldoRecDesp"),           Amount("SaldoGlobal")};
+  std::vector<Variant> row = {serial ? Variant(static_cast<std::int32_t>(*serial)) : Variant(Null()),
+                              sums.partner,
+                              sums.costCentre,
+                              sums.account,
+                              sums.type,
+                              sums.global};
   return std::make_shared<KeptRecordset>(std::move(fields), std::move(row));
 }
 
 std::shared_ptr<Recordset> LastBalances(Balances& balances, const Parameters& parameters) {
-  const Subject subject = {TextOf(parameters[2].Value), TextOf(parameters[3].Value), TextOf(parameters[1].Value),
-                           NumberOf(parameters[0].Value)};
+  const Subject subject = SubjectOf(parameters);
   const std::string newKey = TextOf(parameters[4].Value);
   const std::string oldKey = TextOf(parameters[5].Value);
   FiveBalances sums = BalancesBefore(balances, subject, newKey);

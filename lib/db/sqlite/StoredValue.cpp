@@ -58,7 +58,8 @@ void Store(const Variant& value, ValueType type, Sink&& sink) {
 }
 
 int Length(std::string_view text) {
-  if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) Raise(EngineError::Unsupported, "texto longo demais");
+  if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+    Raise(EngineError::Unsupported, "texto longo demais");
   return static_cast<int>(text.size());
 }
 
@@ -80,9 +81,7 @@ struct ReturningSink {
   void Null() const { sqlite3_result_null(context); }
   void Integer(std::int64_t value) const { sqlite3_result_int64(context, value); }
   void Real(double value) const { sqlite3_result_double(context, value); }
-  void Text(std::string_view text) const {
-    sqlite3_result_text(context, text.data(), Length(text), SQLITE_TRANSIENT);
-  }
+  void Text(std::string_view text) const { sqlite3_result_text(context, text.data(), Length(text), SQLITE_TRANSIENT); }
 };
 
 std::string_view TextOf(sqlite3_value* value) {

@@ -27,8 +27,12 @@ StreamedRecordset::StreamedRecordset(StatementLease statement)
   Advance();
 }
 
-void StreamedRecordset::LetGo() {
-  for (std::vector<Variant> row; Fetch(row);) rest_.push_back(std::move(row));
+void StreamedRecordset::LetGo() noexcept {
+  try {
+    for (std::vector<Variant> row; Fetch(row);) rest_.push_back(std::move(row));
+  } catch (...) {
+    failure_ = std::current_exception();
+  }
 }
 
 void StreamedRecordset::MoveFirst() {
@@ -82,21 +86,26 @@ const Variant& StreamedRecordset::ValueAt(std::size_t index) const {
 bool StreamedRecordset::Fetch(std::vector<Variant>& row) {
   row.clear();
   if (!statement_) return false;
-  if (!(*statement_)->Step()) {
-    statement_.reset();
-    return false;
-  }
   std::vector<Variant> values;
   values.reserve(Description().size());
-  AppendRow(*statement_, values);
+  try {
+    if ((*statement_)->Step()) AppendRow(*statement_, values);
+  } catch (...) {
+    statement_.reset();  // it would begin anew
+    throw;
+  }
+  if (values.empty()) statement_.reset();
   row = std::move(values);
-  return true;
+  return !row.empty();
 }
 
 void StreamedRecordset::Advance() {
   if (!rest_.empty()) {
     row_ = std::move(rest_.front());
     rest_.pop_front();
+  } else if (failure_) {
+    row_.clear();
+    std::rethrow_exception(std::exchange(failure_, nullptr));
   } else if (!Fetch(row_)) {
     return;
   }

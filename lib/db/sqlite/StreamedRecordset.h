@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <exception>
 #include <optional>
 #include <vector>
 
@@ -20,8 +21,9 @@ class StreamedRecordset final : public DescribedRecordset {
  public:
   explicit StreamedRecordset(StatementLease statement);
 
-  // Reads the rest into memory and lets go of the statement, whose snapshot would keep this connection from writing.
-  void LetGo();
+  // Reads the rest into memory and lets go of the statement, whose snapshot would keep this connection from writing. An
+  // error met there is raised when the reader comes to it.
+  void LetGo() noexcept;
 
   // Closes it because its database closes, unless it is closed already.
   void Abandon() noexcept;
@@ -42,6 +44,7 @@ class StreamedRecordset final : public DescribedRecordset {
 
   std::optional<StatementLease> statement_;
   std::deque<std::vector<Variant>> rest_;  // once let go
+  std::exception_ptr failure_;             // what ended the rest
   std::vector<Variant> row_;               // empty at the end
   std::int32_t met_ = 0;
 };
