@@ -94,8 +94,9 @@ class CLancamento {
   // True when everything that an entry needs is there; otherwise raises TS_ERRO_LANCAMENTO for the first thing missing.
   bool Validar() const;
 
-  // Takes all values from the current row, unchecked. A Null where the ledger allows none raises 94; the members read
-  // before it are then already those of the row.
+  // Takes all values from the current row, unchecked. A Null where the ledger allows none raises 94, a text where an
+  // optional number stands TS_ERRO_LANCAMENTO, a missing column 3265; the members read before are then those of the
+  // row.
   void CarregarDeRegistro(const db::Recordset& rs);
 
   // A new entry of the same values, which are checked again on their way.

@@ -143,11 +143,9 @@ std::int32_t Successor(std::int32_t serial) {
   return serial + 1;
 }
 
-constexpr const char* kEntryNotInserted =
-    "Não foi possível incluir o lançamento.\n"
-    "Possível causa: a conta, receita/despesa, centro de custo/lucro ou cliente/fornecedor foi desativado.";
-constexpr const char* kJournalNotInserted =
-    "Não foi possível incluir o histórico do lançamento.\n"
+constexpr std::string_view kEntryNotInserted = "Não foi possível incluir o lançamento.";
+constexpr std::string_view kJournalNotInserted = "Não foi possível incluir o histórico do lançamento.";
+constexpr std::string_view kLikelyCause =
     "Possível causa: a conta, receita/despesa, centro de custo/lucro ou cliente/fornecedor foi desativado.";
 
 }  // namespace
@@ -203,7 +201,7 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
     const auto explainAndFail = [&](std::string_view reason) {
       transaction.RollBack();
       busy.reset();
-      MsgBox(reason);
+      MsgBox(std::string(reason).append("\n").append(kLikelyCause));
       throw Erro(TS_ERRO_LOGIN);
     };
     if (EntryInsert(literals).Execute() == 0) explainAndFail(kEntryNotInserted);

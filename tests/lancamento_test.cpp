@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <functional>
 
 #include "common/Errors.h"
@@ -236,14 +238,39 @@ TEST(Entry, AFailedLoadKeepsWhatItHadRead) {
   });
 }
 
-TEST(Entry, ACopyPassesTheRulesAgain) {
+// All that an entry holds, in no particular order.
+auto All(const CLancamento& e) {
+  return std::make_tuple(e.Id(), e.CodConta(), e.CodRecDesp(), e.CodCentroCusto(), e.IdParceiroComl(), e.Documento(),
+                         e.Valor(), e.ValorPago(), e.Data(), e.DataReferencia(), e.DataVencimento(), e.Historico(),
+                         e.DataId(), e.SaldoConta(), e.SaldoRecDesp(), e.SaldoCentroCusto(), e.SaldoParceiroComl(),
+                         e.SaldoGlobal(), e.IdUsuario(), e.Realizado(), e.Estorno(), e.Estornado(), e.Transferencia(),
+                         e.IdConcorrencia());
+}
+
+TEST(Entry, ACopyHoldsAllAndPassesTheRulesAgain) {
+  Row::Values values = StoredValues();
+  for (const auto& [column, value] : Row::Values{{"CodCentroCusto", std::string("3.3")},
+                                                 {"IdParceiroComl", std::int32_t{44}},
+                                                 {"Documento", std::string("NF 5")},
+                                                 {"ValorPago", Reais(6)},
+                                                 {"DataReferencia", Date(39630)},
+                                                 {"DataVencimento", Date(39640)},
+                                                 {"SaldoCentroCusto", Reais(3)}}) {
+    values = With(values, column, value);
+  }
   CLancamento loaded;
-  loaded.CarregarDeRegistro(Row(With(StoredValues(), "DataReferencia", Date(39630))));
+  loaded.CarregarDeRegistro(Row(values));
+  const CivilTime half{2008, 7, 5, 9, 30, 0};
+  EXPECT_EQ(All(loaded), std::make_tuple(1234, std::string("1.1"), std::string("2"), std::string("3.3"), 44,
+                                         std::string("NF 5"), Reais(-10), Reais(6), Variant(Date::FromCivil(half)),
+                                         Variant(Date(39630)), Variant(Date(39640)), std::string("minúsculas"),
+                                         std::string("20080705000001234"), Reais(1), Reais(2), Reais(3), Reais(4),
+                                         Reais(5), 7, std::string("E"), true, false, std::uint8_t{2}, 3));
   const auto copy = loaded.Copiar();
   EXPECT_EQ(copy->Historico(), "MINÚSCULAS");
-  EXPECT_EQ(copy->DataId(), loaded.DataId());
-  EXPECT_EQ(copy->SaldoGlobal(), Reais(5));
-  EXPECT_EQ(copy->IdConcorrencia(), 3);
+  CLancamento expected = loaded;
+  expected.Historico("MINÚSCULAS");
+  EXPECT_EQ(All(*copy), All(expected));
   copy->Historico("outro");
   EXPECT_EQ(loaded.Historico(), "minúsculas");
 

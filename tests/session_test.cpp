@@ -118,6 +118,7 @@ TEST_F(SessionTest, ARefusedLoginLeavesNoSession) {
 
 TEST_F(SessionTest, LoginNamesIgnoreCaseAndMayRepeat) {
   company.Execute("INSERT INTO Usuarios (Id,IdLogin,Senha,Inativo,DesUsuario) VALUES (20,'ana','outra',False,'ANA 2')");
+  company.Execute("INSERT INTO Usuarios (Id,IdLogin,Senha,Inativo,DesUsuario) VALUES (21,'ana','outra',False,'ANA 3')");
   tesovia.InicializarTS(company.Path(), "ANA", "outra");
   EXPECT_EQ(CurrentSession().IdUsuario, 20);
 }

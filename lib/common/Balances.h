@@ -28,7 +28,7 @@ struct Classificacao {
 };
 
 // The place of a new entry: the serial that it must claim (its id is one more) and its own five balances. The partial
-// balances of an entry without cost centre or partner are zero.
+// balances of an entry without cost centre or partner are zero. A sum beyond the range of currency raises 6.
 struct SerialESaldos {
   std::int32_t Serial = 0;
   Saldos Novos;

@@ -14,10 +14,6 @@ namespace {
 
 constexpr const char* kNotNumeric = "Valor não numérico.";
 
-bool IsZero(const NumberText& number) {
-  return number.digits.empty() && number.decimals.find_first_not_of('0') == std::string::npos;
-}
-
 bool IsMissing(const Variant& value) { return IsNull(value) || IsEmpty(value) || text::Trim(ToText(value)).empty(); }
 
 std::string Joined(std::string_view a, std::string_view b) { return std::string(a).append(b); }
@@ -29,7 +25,7 @@ std::string NtoDB(std::string_view texto, std::string_view textoVazio, std::stri
   if (trimmed.empty()) return Joined(prefixo, textoVazio);
   const std::optional<NumberText> number = ReadNumber(trimmed);
   if (!number) throw Erro(TS_ERRO_LANCAMENTO, kNotNumeric, "NtoDB");
-  if (IsZero(*number)) return Joined(prefixo, textoVazio);
+  if (number->IsZero()) return Joined(prefixo, textoVazio);
   std::string digits(trimmed);
   std::erase(digits, '.');
   std::replace(digits.begin(), digits.end(), ',', '.');

@@ -18,8 +18,9 @@ struct StoredQuery {
 
 // ParQrySerialESaldos: the serial, and the balances just before a new entry of the codes on the date.
 //
-// ParQryLastSaldosByDataId: the balances at one entry, leaving out another (an entry on its way to its new place). It
-// serves to verify what the entry at that key carries, so it rests on the entries before it only.
+// ParQryLastSaldosByDataId: the balances at a new key, leaving out the entry at an old one (an entry on its way to its
+// new place) unless both keys are equal. It verifies the balances that the entry at the new key carries, so it never
+// reads those: it takes the balances before that entry and adds the entry's own amount.
 //
 // Without regard to case; nothing for another name.
 const StoredQuery* FindStoredQuery(std::string_view name);
