@@ -12,5 +12,6 @@ write_basic_package_version_file(TsvLib2ConfigVersion.cmake COMPATIBILITY SameMa
 install(FILES ${PROJECT_BINARY_DIR}/TsvLib2Config.cmake ${PROJECT_BINARY_DIR}/TsvLib2ConfigVersion.cmake
         DESTINATION ${package})
 
+file(RELATIVE_PATH TSV_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/tsvlib2.pc.in tsvlib2.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/tsvlib2.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
