@@ -6,8 +6,8 @@ cd "$(dirname "$0")"
 . cmake/packages.sh
 
 stages="${*:-dev asan tsan}"
-need build-essential cmake ninja-build pkg-config libsqlite3-dev libgtest-dev libcli11-dev nlohmann-json3-dev \
-  libcsv-dev
+need build-essential cmake ninja-build pkg-config libsqlite3-dev libgtest-dev libbenchmark-dev libcli11-dev \
+  nlohmann-json3-dev libcsv-dev
 
 # The thread sanitizer needs a fixed layout of memory that some kernels do not give by themselves.
 steady() {
