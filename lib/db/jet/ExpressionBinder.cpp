@@ -21,26 +21,6 @@ ValueType Meeting(const Expression& a, const Expression& b, ValueType (*meet)(Va
   return meet(a.type, b.type);
 }
 
-ValueType TypeFor(ArgumentKind kind) {
-  switch (kind) {
-    case ArgumentKind::Boolean:
-      return ValueType::Boolean;
-    case ArgumentKind::Long:
-      return ValueType::Long;
-    case ArgumentKind::Currency:
-      return ValueType::Currency;
-    case ArgumentKind::Double:
-      return ValueType::Double;
-    case ArgumentKind::Date:
-      return ValueType::Date;
-    case ArgumentKind::Text:
-      return ValueType::Text;
-    case ArgumentKind::Any:
-      break;
-  }
-  return ValueType::Text;
-}
-
 ValueType PlainNumber(ValueType type) {
   return type == ValueType::Boolean || type == ValueType::Byte ? ValueType::Long : type;
 }
@@ -391,7 +371,7 @@ void ExpressionBinder::BindFunction(Expression& call, const Function& function) 
   for (std::size_t i = 0; i < call.operands.size(); ++i) {
     ExpressionPtr& argument = call.operands[i];
     if (function.arguments[i] != ArgumentKind::Any) {
-      Coerce(argument, TypeFor(function.arguments[i]));
+      Coerce(argument, TypeOf(function.arguments[i], argument->type));
       continue;
     }
     if (IsUntypedParameter(*argument)) Coerce(argument, keepsType ? ValueType::Double : ValueType::Text);

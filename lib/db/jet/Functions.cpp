@@ -31,4 +31,24 @@ const Function* FindFunction(std::string_view name) {
   return found == all.end() ? nullptr : &*found;
 }
 
+ValueType TypeOf(ArgumentKind kind, ValueType given) noexcept {
+  switch (kind) {
+    case ArgumentKind::Boolean:
+      return ValueType::Boolean;
+    case ArgumentKind::Long:
+      return ValueType::Long;
+    case ArgumentKind::Currency:
+      return ValueType::Currency;
+    case ArgumentKind::Double:
+      return ValueType::Double;
+    case ArgumentKind::Date:
+      return ValueType::Date;
+    case ArgumentKind::Text:
+      return ValueType::Text;
+    case ArgumentKind::Any:
+      break;
+  }
+  return given;
+}
+
 }  // namespace tsv::db::jet

@@ -14,6 +14,9 @@ namespace tsv::db::jet {
 
 enum class ArgumentKind { Boolean, Long, Currency, Double, Date, Text, Any };
 
+// The type of an argument of the kind, which for Any is that of what is given.
+ValueType TypeOf(ArgumentKind kind, ValueType given) noexcept;
+
 struct Function {
   std::string_view name;                // as documentation writes it: "DateAdd"
   std::vector<ArgumentKind> arguments;  // Any keeps the type of what is given

@@ -8,27 +8,9 @@
 namespace tsv::db::sqlite {
 namespace {
 
-using jet::ArgumentKind;
-
-ValueType TypeOf(ArgumentKind kind, ValueType any) {
-  switch (kind) {
-    case ArgumentKind::Boolean:
-      return ValueType::Boolean;
-    case ArgumentKind::Long:
-      return ValueType::Long;
-    case ArgumentKind::Currency:
-      return ValueType::Currency;
-    case ArgumentKind::Double:
-      return ValueType::Double;
-    case ArgumentKind::Date:
-      return ValueType::Date;
-    case ArgumentKind::Text:
-      return ValueType::Text;
-    case ArgumentKind::Any:
-      break;
-  }
-  // A decimal number stays exact inside functions too.
-  return any == ValueType::Decimal ? ValueType::Currency : any;
+// A decimal number stays exact inside functions too.
+ValueType ArgumentType(jet::ArgumentKind kind, ValueType any) {
+  return jet::TypeOf(kind, any == ValueType::Decimal ? ValueType::Currency : any);
 }
 
 void Call(const FunctionCall& call) {
@@ -36,11 +18,11 @@ void Call(const FunctionCall& call) {
   std::vector<Variant> arguments;
   arguments.reserve(call.arguments.size());
   for (std::size_t i = 0; i < call.arguments.size(); ++i) {
-    arguments.push_back(ReadStored(call.arguments[i], TypeOf(function.arguments[i], call.any)));
+    arguments.push_back(ReadStored(call.arguments[i], ArgumentType(function.arguments[i], call.any)));
   }
   const ValueType result = function.result != ValueType::Null ? function.result
                            : function.arguments.empty()       ? ValueType::Null
-                                                              : TypeOf(function.arguments[0], call.any);
+                                                              : ArgumentType(function.arguments[0], call.any);
   ReturnStored(call.context, function.call(arguments), result);
 }
 
@@ -55,8 +37,8 @@ constexpr AnyForm kAnyForms[] = {
 };
 
 bool TakesAny(const jet::Function& function) {
-  for (const ArgumentKind kind : function.arguments) {
-    if (kind == ArgumentKind::Any) return true;
+  for (const jet::ArgumentKind kind : function.arguments) {
+    if (kind == jet::ArgumentKind::Any) return true;
   }
   return false;
 }
