@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <vector>
 
 #include "Floor.h"
 #include "SampleLedger.h"
@@ -108,7 +109,12 @@ class Medians : public benchmark::ConsoleReporter {
 
 int main(int argc, char** argv) {
   using namespace tsv::bench;
-  benchmark::Initialize(&argc, argv);
+  // Repetitions of all benchmarks take turns, so that a machine that slows down for a while slows all alike.
+  std::vector<char*> arguments(argv, argv + argc);
+  std::string takeTurns = "--benchmark_enable_random_interleaving=true";
+  arguments.insert(arguments.begin() + 1, takeTurns.data());
+  int count = argc + 1;
+  benchmark::Initialize(&count, arguments.data());
   std::string folder = (std::filesystem::temp_directory_path() / "bench-XXXXXX").string();
   if (!mkdtemp(folder.data())) return EXIT_FAILURE;
   {
