@@ -17,7 +17,8 @@
 namespace tsv::test {
 namespace {
 
-const std::vector<std::string> kAccounts = {"1", "1.1", "1.1.2", "1.1.2.5", "1.2", "1.20", "3", "3.1", "3.1.1", "B", "B.1"};
+const std::vector<std::string> kAccounts = {"1", "1.1", "1.1.2", "1.1.2.5", "1.2", "1.20",
+                                            "3", "3.1", "3.1.1", "B",       "B.1"};
 const std::vector<std::string> kTypes = {"0", "00", "0012", "2"};  // beside the reserved 001
 const std::vector<std::string> kCentres = {"1", "1.1", "1.10", "2"};
 constexpr int kPartners = 3;
@@ -45,7 +46,8 @@ struct Subject {
 using Five = std::array<std::int64_t, 5>;
 
 std::string Folded(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return text;
 }
 
@@ -99,7 +101,8 @@ class RandomLedger {
 
   // Of an entry, or between entries, or outside them.
   std::string AnyKey() {
-    if (!rows.empty() && Number(0, 3) > 0) return rows[static_cast<std::size_t>(Number(0, static_cast<int>(rows.size()) - 1))].key;
+    if (!rows.empty() && Number(0, 3) > 0)
+      return rows[static_cast<std::size_t>(Number(0, static_cast<int>(rows.size()) - 1))].key;
     return Key(Number(1, 31), Number(0, 700));
   }
 
@@ -121,13 +124,19 @@ class RandomLedger {
   // Some codes often, some seldom, some never.
   std::vector<std::string> Uneven(const std::vector<std::string>& codes) {
     std::vector<std::string> chosen = {codes.back()};
-    for (const std::string& code : codes) chosen.insert(chosen.end(), static_cast<std::size_t>(std::max(0, Number(-6, 8))), code);
+    for (const std::string& code : codes)
+      chosen.insert(chosen.end(), static_cast<std::size_t>(std::max(0, Number(-6, 8))), code);
     return chosen;
   }
 
   Row AnyRow(int id, const std::vector<std::string>& accounts, const std::vector<std::string>& types,
              const std::vector<std::string>& centres) {
-    Row row{Key(Number(1, 31), id), Number(-2'000'000, 2'000'000), Any(accounts), Any(types), "", 0,
+    Row row{Key(Number(1, 31), id),
+            Number(-2'000'000, 2'000'000),
+            Any(accounts),
+            Any(types),
+            "",
+            0,
             Any({"'?'", "'S'", "'E'", "'N'", "'N'", "NULL"})};
     if (Number(0, 4) == 0) row.account = Folded(row.account);
     if (Number(0, 2) > 0) row.centre = Any(centres);
@@ -202,7 +211,8 @@ TEST(StoredQueries, EqualThePlainSums) {
       const Subject subject = ledger.AnySubject();
       const std::string newKey = ledger.AnyKey();
       const std::string oldKey = ledger.Number(0, 2) == 0 ? " " : ledger.Number(0, 3) == 0 ? newKey : ledger.AnyKey();
-      SCOPED_TRACE("ledger " + std::to_string(round) + ", keys " + newKey + " and " + oldKey + ", " + Described(subject));
+      SCOPED_TRACE("ledger " + std::to_string(round) + ", keys " + newKey + " and " + oldKey + ", " +
+                   Described(subject));
       const auto atNew = [&](const Row& row) { return row.key <= newKey && (row.key != oldKey || oldKey == newKey); };
       ASSERT_EQ(BalancesAt(ledger.user, subject, newKey, oldKey), PlainSums(ledger.rows, subject, atNew));
 
@@ -214,7 +224,8 @@ TEST(StoredQueries, EqualThePlainSums) {
       const auto row = serialQuery->OpenRecordset();
       ASSERT_EQ(row->Fields("SERIAL").Value(), Variant(serial));
       const std::string key = RandomLedger::Key(day, serial + 1);
-      ASSERT_EQ(FiveOf(*row), PlainSums(ledger.rows, subject, [&](const Row& other) { return other.key < key; })) << key;
+      ASSERT_EQ(FiveOf(*row), PlainSums(ledger.rows, subject, [&](const Row& other) { return other.key < key; }))
+          << key;
     }
   }
 }
