@@ -50,7 +50,7 @@ constexpr const char* kNoQuotes = "apóstrofos, aspas e caracteres de controle n
 }  // namespace
 
 std::string CheckedCode(std::string_view code) {
-  const std::string checked = Checked(code, "Código", kCodeLimit);
+  std::string checked = Checked(code, "Código", kCodeLimit);
   ExpectPlain(checked, "Código", "'\"*?#[]", "os caracteres * ? # [ ], apóstrofos e aspas não são permitidos.");
   if (checked == "@@@" || checked == "$@#") throw Failure(kRefused, "Código '" + checked + "': é reservado.");
   return checked;

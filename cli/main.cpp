@@ -93,7 +93,7 @@ ExitCode Run(Context& context) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   Context context;
   CLI::App app("tesovia: um livro de fluxo de caixa com saldos sempre conferidos", "tesovia");
   SpeakPortuguese(app);
@@ -126,4 +126,6 @@ int main(int argc, char** argv) {
     return kUsage;
   }
   return Run(context);
+} catch (...) {
+  return tsv::cli::kFailed;  // not even the options could be set up
 }

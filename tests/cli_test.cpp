@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -48,6 +49,12 @@ class CliTest : public Test {
   ~CliTest() override { fs::remove_all(folder_); }
 
   Outcome Run(const std::vector<std::string>& arguments) {
+    int status = 0;
+    waitpid(Start(arguments), &status, 0);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ContentOf(folder_ / "out"), ContentOf(folder_ / "err")};
+  }
+
+  pid_t Start(const std::vector<std::string>& arguments) {
     const fs::path out = folder_ / "out";
     const fs::path err = folder_ / "err";
     std::vector<char*> argv{const_cast<char*>("tesovia")};
@@ -66,9 +73,7 @@ class CliTest : public Test {
       execv(TSV_TESOVIA, argv.data());
       _exit(127);
     }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ContentOf(out), ContentOf(err)};
+    return child;
   }
 
   void ExpectDone(const std::vector<std::string>& arguments) {
@@ -400,6 +405,29 @@ TEST_F(CliTest, ImportGoesOnAcrossManyBatches) {
   EXPECT_TRUE(Contains(Run({"importar", file}).out, "1.287 linhas lançadas, 0 já lançadas antes, 13 recusadas."));
   EXPECT_TRUE(Contains(Run({"importar", file}).out, "0 linhas lançadas, 1.287 já lançadas antes, 13 recusadas."));
   EXPECT_EQ(Rows("SELECT Sum(Valor) As Total FROM Lancamentos")[0]["Total"], "12.87");
+  EXPECT_EQ(Run({"verificar"}).code, 0);
+}
+
+TEST_F(CliTest, ImportThatWasKilledGoesOnWhereItStopped) {
+  MakeCompany();
+  std::ostringstream csv;
+  csv << "data;valor;historico;conta;recdesp\n";
+  for (int line = 0; line < 4000; ++line) csv << "01/07/2026;0,01;Venda;1.1;R\n";
+  const std::string file = WriteFile("longa.csv", csv.str());
+
+  const pid_t import = Start({"importar", file});
+  for (int posted = 0; posted == 0;) {  // killed once a first batch is in
+    ASSERT_EQ(waitpid(import, nullptr, WNOHANG), 0) << "the import ended before it could be killed";
+    posted = Rows("SELECT Count(*) As N FROM Lancamentos")[0]["N"];
+  }
+  kill(import, SIGKILL);
+  waitpid(import, nullptr, 0);
+
+  const int before = Rows("SELECT Count(*) As N FROM LinhasImportadas")[0]["N"];
+  EXPECT_GT(before, 0);
+  EXPECT_EQ(Rows("SELECT Count(*) As N FROM Lancamentos")[0]["N"], before);
+  EXPECT_EQ(Run({"importar", file}).code, 0);
+  EXPECT_EQ(Rows("SELECT Count(*) As N FROM Lancamentos")[0]["N"], 4000);
   EXPECT_EQ(Run({"verificar"}).code, 0);
 }
 

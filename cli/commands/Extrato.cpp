@@ -71,7 +71,7 @@ std::vector<OutputColumn> Columns() {
 }
 
 std::string NameOfState(const Variant& stored) {
-  const std::string letter = Shown(stored);
+  std::string letter = Shown(stored);
   for (const auto& [name, value] : kStates) {
     if (letter == value) return name;
   }
