@@ -33,10 +33,19 @@ Currency AmountFrom(std::string_view text) {
 Date DateFrom(std::string_view text) {
   const auto date = Date::FromText(text);
   const bool isDay = date && date->Days() == std::floor(date->Days()) && date->Days() != 0;
-  if (!isDay || text::Trim(text).find(':') != std::string_view::npos) {
+  // A year of two digits could mean a century that nobody meant.
+  const std::string_view trimmed = text::Trim(text);
+  const std::size_t year = trimmed.rfind('/');
+  const bool isShort = year != std::string_view::npos && trimmed.size() - year - 1 < 4;
+  if (!isDay || isShort || trimmed.find(':') != std::string_view::npos) {
     Unreadable("Data inválida", text, "escreva dd/mm/aaaa ou aaaa-mm-dd.");
   }
   return *date;
+}
+
+void CheckPeriod(std::string_view from, std::string_view to) {
+  if (from.empty() || to.empty() || DateFrom(from).Days() <= DateFrom(to).Days()) return;
+  throw Failure(kUsage, "O período termina antes de começar: --ate vem antes de --de.");
 }
 
 std::int32_t NumberFrom(std::string_view text) {
@@ -47,6 +56,10 @@ std::int32_t NumberFrom(std::string_view text) {
     Unreadable("Número inválido", text, "escreva um número inteiro.");
   }
   return number;
+}
+
+std::string NotBlank(const std::string& text) {
+  return text::Trim(text).empty() ? "não pode ficar em branco" : std::string();
 }
 
 Date Today() { return Date(std::floor(Date::Now().Days())); }

@@ -16,7 +16,13 @@ Currency AmountFrom(std::string_view text);
 // dd/mm/aaaa or aaaa-mm-dd, without a time of day.
 Date DateFrom(std::string_view text);
 
+// Both ends may be empty; a period that ends before it begins is refused.
+void CheckPeriod(std::string_view from, std::string_view to);
+
 std::int32_t NumberFrom(std::string_view text);  // a whole number from 0 on
+
+// For options that may be left out but not left empty, as by a variable that nobody set: why the text is refused.
+std::string NotBlank(const std::string& text);
 
 Date Today();
 Date DayAfter(Date date);

@@ -24,6 +24,9 @@ Tesovia& Context::Login() {
   if (usuario.empty()) throw Failure(kUsage, "Informe o usuário com -u LOGIN ou na variável TESOVIA_USUARIO.");
   const std::string password = GivenPassword("TESOVIA_SENHA", "Senha de " + usuario);
   Hide(password);
+  if ((usuario + password).find('\'') != std::string::npos) {
+    throw Failure(kLoginRefused, "Informação de senha ou usuário incorreta: apóstrofos não são permitidos.");
+  }
   tesovia_ = std::make_unique<Tesovia>();
   try {
     tesovia_->InicializarTS(arquivo, usuario, password);

@@ -1,5 +1,8 @@
 #include "Entries.h"
 
+#include <chrono>
+#include <random>
+#include <thread>
 #include <utility>
 
 #include "Arguments.h"
@@ -10,6 +13,9 @@
 namespace tsv::cli {
 
 namespace {
+
+// How the ledger begins to say that another user took the serial since it was read: nothing was written.
+constexpr std::string_view kSerialTaken = "Erro de bloqueio.";
 
 // What of the entry's accounts, types, centres and partners takes no postings.
 void ExplainBox(ConsoleHost& host, const TypedEntry& entry) {
@@ -30,6 +36,7 @@ std::shared_ptr<CLancamento> Post(Tesovia& tesovia, ConsoleHost& host, const Typ
     if (text->find('\'') != std::string::npos) {
       throw Failure(kRefused, "Apóstrofos não são permitidos: '" + *text + "'.");
     }
+    if (text->find_first_of("\r\n") != std::string::npos) throw Failure(kRefused, "Um texto é de uma só linha.");
   }
   const Date date = DateFrom(entry.data);
   const Date reference = entry.referencia.empty() ? date : DateFrom(entry.referencia);
@@ -42,6 +49,20 @@ std::shared_ptr<CLancamento> Post(Tesovia& tesovia, ConsoleHost& host, const Typ
   } catch (const Erro&) {
     if (!host.LastBox().empty()) ExplainBox(host, entry);
     throw;
+  }
+}
+
+std::shared_ptr<CLancamento> PostPatiently(Tesovia& tesovia, ConsoleHost& host, const TypedEntry& entry) {
+  constexpr auto kPatience = std::chrono::seconds(10);
+  std::minstd_rand random(std::random_device{}());
+  const auto end = std::chrono::steady_clock::now() + kPatience;
+  for (;;) {
+    try {
+      return Post(tesovia, host, entry);
+    } catch (const Erro& erro) {
+      if (!erro.Descricao().starts_with(kSerialTaken) || std::chrono::steady_clock::now() > end) throw;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5 + random() % 50));
   }
 }
 

@@ -27,6 +27,9 @@ struct TypedEntry {
 // ledger only says that something was deactivated, the host hears what it is.
 std::shared_ptr<CLancamento> Post(Tesovia& tesovia, ConsoleHost& host, const TypedEntry& entry);
 
+// The same, but an entry that only came second to another user's is posted again, for some seconds.
+std::shared_ptr<CLancamento> PostPatiently(Tesovia& tesovia, ConsoleHost& host, const TypedEntry& entry);
+
 // What to tell the user about an error of a posting: its text, the box that the ledger showed, or what its silence
 // means.
 std::string ReasonOf(const Erro& erro, const ConsoleHost& host);

@@ -4,6 +4,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
@@ -12,6 +13,8 @@
 
 namespace tsv::cli {
 namespace {
+
+constexpr char kInterrupt = '\x03';
 
 // The terminal itself, whatever standard input and output are tied to.
 class Terminal {
@@ -25,18 +28,21 @@ class Terminal {
 
   bool IsOpen() const { return descriptor_ >= 0; }
 
-  // Signals are off while nothing is shown, so that none leaves the terminal mute; Ctrl+C comes as a character.
+  // Signals are off while nothing is shown, so that none leaves the terminal mute; Ctrl+C comes as a character that
+  // ends the line, and interrupts once the terminal speaks again.
   std::string ReadUnseen(const std::string& prompt) {
     termios shown{};
     tcgetattr(descriptor_, &shown);
     termios unseen = shown;
     unseen.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
+    unseen.c_cc[VEOL] = kInterrupt;
     Write(prompt + ": ");
     tcsetattr(descriptor_, TCSAFLUSH, &unseen);
     const std::optional<std::string> line = ReadLine();
     tcsetattr(descriptor_, TCSAFLUSH, &shown);
     Write("\n");
-    if (!line || line->find('\x03') != std::string::npos) throw Failure(kUsage, "Senha não informada.");
+    if (line && line->find(kInterrupt) != std::string::npos) std::raise(SIGINT);
+    if (!line || line->find(kInterrupt) != std::string::npos) throw Failure(kUsage, "Senha não informada.");
     return *line;
   }
 
@@ -50,6 +56,7 @@ class Terminal {
     for (char c = 0; read(descriptor_, &c, 1) == 1;) {
       if (c == '\n') return line;
       line += c;
+      if (c == kInterrupt) return line;
     }
     return std::nullopt;
   }

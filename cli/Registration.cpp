@@ -1,6 +1,7 @@
 #include "Registration.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "Arguments.h"
 #include "Failure.h"
@@ -90,6 +91,22 @@ void ExpectUnused(const MasterTable& table, const std::string& key) {
   if (!rows->EndOfFile()) {
     throw Failure(kRefused, std::string(table.title) + " '" + key + "' já está cadastrad" + table.gender + ".");
   }
+}
+
+std::vector<std::string> CodesThatLookApart(const MasterTable& table, const std::string& code) {
+  Statement query;
+  query << "SELECT Codigo FROM " << table.table << " WHERE (" << TextLiteral(code)
+        << " LIKE Codigo & '*' OR Codigo LIKE " << TextLiteral(code + "*") << ") AND Codigo <> " << TextLiteral(code)
+        << " ORDER BY Codigo";
+  const Module1::ScopedRecordset rows(CurrentSession().BancoDeDados->OpenRecordset(query.Text(), db::dbOpenSnapshot));
+  std::vector<std::string> codes;
+  for (; !rows->EndOfFile(); rows->MoveNext()) {
+    const std::string other = ToText(rows->Fields(0).Value());
+    const std::string& inner = code.size() > other.size() ? code : other;
+    const auto next = static_cast<unsigned char>(inner[std::min(code.size(), other.size())]);
+    if (std::isalnum(next) || next >= 0x80) codes.push_back(other);
+  }
+  return codes;
 }
 
 std::string WhyUnusable(const MasterTable& table, const std::string& key) {

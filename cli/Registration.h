@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "common/Statement.h"
 
@@ -36,6 +37,8 @@ std::string CheckedPassword(std::string_view password);
 // On the session's database, inside a transaction of the caller's.
 std::int32_t NextId(const MasterTable& table);
 void ExpectUnused(const MasterTable& table, const std::string& key);
+// Registered codes that contain this one, or lie in it, though no punctuation shows it: 1 and 10, LOJA and LOJA2.
+std::vector<std::string> CodesThatLookApart(const MasterTable& table, const std::string& code);
 std::string WhyUnusable(const MasterTable& table, const std::string& key);  // for postings; empty: it is usable
 void InsertUser(std::int32_t id, const std::string& login, const std::string& name, const std::string& password);
 

@@ -1,15 +1,22 @@
 #include "Trace.h"
 
+#include <filesystem>
+
 #include "Failure.h"
 
 namespace tsv::cli {
 
-Trace::Trace(const std::string& path) : file_(path, std::ios::trunc) {
+Trace::Trace(const std::string& path) {
+  // A slip of the hand must not cost a ledger or a file of entries.
+  if (std::filesystem::exists(path))
+    throw Failure(kUsage, "'" + path + "' já existe; escolha outro arquivo para --rastrear.");
+  file_.open(path);
   if (!file_) throw Failure(kFailed, "Não foi possível escrever em '" + path + "'.");
 }
 
 void Trace::Hide(std::string_view secret) {
-  if (!secret.empty()) hidden_.push_back("'" + std::string(secret) + "'");
+  if (secret.empty()) return;
+  for (const std::string quote : {"'", "\""}) hidden_.push_back(quote + std::string(secret) + quote);
 }
 
 void Trace::AboutToRun(std::string_view text) {

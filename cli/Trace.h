@@ -12,7 +12,7 @@ namespace tsv::cli {
 // Writes every statement to a file, each followed by "  -> " and its count of rows; one that failed has no count.
 class Trace : public db::StatementObserver {
  public:
-  explicit Trace(const std::string& path);
+  explicit Trace(const std::string& path);  // a file that exists is refused
 
   // From now on the text, as a literal, is written as '***'.
   void Hide(std::string_view secret);

@@ -147,7 +147,8 @@ TEST_F(CliTest, KeepsTheBooksOfASmallCompany) {
   ExpectDone(Posting("03/07/2026", "-250,5", "2", "D"));
   const Outcome backDated = Run(Posting("02/07/2026", "-0,20", "1.1", "D"));
   EXPECT_EQ(backDated.code, 0) << backDated;
-  EXPECT_EQ(backDated.out, "Lançamento 4 de 02/07/2026 gravado. Saldo da conta 1.1: -0,20; saldo global: 999,80.\n");
+  EXPECT_EQ(backDated.out,
+            "Lançamento 4 de 02/07/2026 gravado. Depois dele, saldo da conta 1.1: -0,20; saldo global: 999,80.\n");
 
   const auto rows = nlohmann::json::parse(Run({"extrato", "--json"}).out);
   ASSERT_EQ(rows.size(), 4u);
@@ -239,11 +240,15 @@ TEST_F(CliTest, ExitCodesTellFailuresApart) {
   ExpectRefused(2, "Não entendi --nada.", {"extrato", "--nada"});
   ExpectRefused(2, "Faltando o valor de --de.", {"extrato", "--de"});
   ExpectRefused(2, "Valor inválido em --situacao.", {"extrato", "--situacao", "feito"});
+  ExpectRefused(2, "Valor inválido em --data.", Posting("01/07/2026", "1", "1", "R", {"--data", ""}));
+  ExpectRefused(2, "--ate vem antes de --de", {"extrato", "--de", "02/07/2026", "--ate", "01/07/2026"});
+  ExpectRefused(2, "Data inválida '5/7/30'", {"extrato", "--de", "5/7/30"});
+  ExpectRefused(1, "não pode desativar a si mesmo", {"desativar", "usuario", "ANA"});
 
   environment_["TESOVIA_SENHA"] = "outra";
   ExpectRefused(4, "Informação de senha ou usuário incorreta.", {"extrato"});
   environment_["TESOVIA_SENHA"] = "' OR '1'='1";
-  ExpectRefused(3, "", {"extrato"});
+  ExpectRefused(4, "Informação de senha ou usuário incorreta", {"extrato"});
   environment_.erase("TESOVIA_SENHA");
   ExpectRefused(2, "TESOVIA_SENHA", {"extrato"});
   environment_.erase("TESOVIA_USUARIO");
@@ -322,8 +327,11 @@ TEST_F(CliTest, TracesStatementsWithoutPasswords) {
   EXPECT_TRUE(Contains(text, "INSERT INTO Usuarios")) << text;
   EXPECT_FALSE(Contains(text, "segredo")) << text;
 
-  ExpectDone(Posting("01/07/2026", "1", "1", "R", {"--rastrear", trace}));
-  text = ContentOf(trace);
+  const std::string kept = ContentOf(trace);
+  EXPECT_EQ(Run(Posting("01/07/2026", "1", "1", "R", {"--rastrear", trace})).code, 2);
+  EXPECT_EQ(ContentOf(trace), kept);
+  ExpectDone(Posting("01/07/2026", "1", "1", "R", {"--rastrear", trace + "2"}));
+  text = ContentOf(trace + "2");
   EXPECT_TRUE(Contains(text, "UPDATE Serial Set Serial = Serial + 1 where Serial = 0\n  -> 1\n")) << text;
   EXPECT_TRUE(Contains(text, "\nCommitTrans")) << text;
 }

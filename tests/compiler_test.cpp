@@ -98,7 +98,23 @@ TEST(Compiler, RefusesWithTheEnginesNumbers) {
   EXPECT_EQ(NumberOf("SELECT Id FROM Lancamentos WHERE Codigo = 5"), 3464);
   EXPECT_EQ(NumberOf("SELECT Id INTO Copia FROM Lancamentos"), 3219);
   EXPECT_EQ(NumberOf("UPDATE Lancamentos AS L LEFT JOIN Contas AS C ON L.Id = C.Id SET L.Valor = 0"), 3251);
+  EXPECT_EQ(NumberOf("SELECT DISTINCT Codigo FROM Lancamentos ORDER BY Valor"), 3093);
+  EXPECT_EQ(NumberOf("SELECT Id, (SELECT Max(Lancamentos.Valor) FROM Contas) FROM Lancamentos"), 3251);
+  EXPECT_EQ(NumberOf("SELECT Codigo, (SELECT Count(*) FROM Contas WHERE Contas.Id = Lancamentos.Id) FROM Lancamentos "
+                     "GROUP BY Codigo"),
+            3251);
+  EXPECT_EQ(NumberOf("UPDATE Lancamentos SET Valor = 1, VALOR = 2"), 3063);
+  EXPECT_EQ(NumberOf("SELECT a FROM (SELECT Id AS a, Valor AS a FROM Lancamentos) AS q"), 3079);
+  EXPECT_EQ(NumberOf("SELECT 1e400"), 6);
+}
+
+TEST(Compiler, NoTextExhaustsTheStack) {
   EXPECT_EQ(NumberOf("SELECT " + std::string(100000, '(') + "1"), 3075);
+  for (const std::string link : {" + 1", " AND 1", " & 1", " ^ 1", " IS NULL", " = 1"}) {
+    std::string chain = "SELECT 1";
+    for (int i = 0; i < 30000; ++i) chain += link;
+    EXPECT_EQ(NumberOf(chain), 3075) << link;
+  }
 }
 
 TEST(Compiler, MessagesTellTheConstructAndNeverTheStatement) {

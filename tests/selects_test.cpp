@@ -77,5 +77,36 @@ TEST(Selects, GiveTheListedResults) {
   }
 }
 
+// Cases that once went wrong, over the same tables: one value each.
+TEST(Selects, KeepNullsDuplicatesAndLettersApart) {
+  std::ifstream file(TSV_TEST_DATA "/selects.json");
+  const Json data = Json::parse(file);
+  const EmptyLedger ledger;
+  const auto database = ledger.Open();
+  for (const std::string sql : data["setup"]) database->Execute(sql);
+  database->Execute("INSERT INTO Usuarios (Id, IdLogin, Senha) VALUES (1, 'ABC', 'abc')");
+  const auto value = [&](const std::string& sql) {
+    return database->OpenRecordset(sql, db::dbOpenSnapshot)->Fields(0).Value();
+  };
+  const auto count = [&](const std::string& rest) { return ToLong(value("SELECT Count(*) FROM " + rest)); };
+
+  EXPECT_EQ(count("Itens WHERE Id BETWEEN 3 AND 1"), 3);
+  EXPECT_EQ(count("Itens WHERE NOT (Preco = ANY (SELECT NULL FROM Movs))"), 0);
+  EXPECT_EQ(count("Itens WHERE NOT (Preco > ALL (SELECT Teto FROM Grupos))"), 9);
+  EXPECT_EQ(count("Itens WHERE Preco > ALL (SELECT Valor FROM Vazia)"), 10);
+  EXPECT_EQ(count("(SELECT DISTINCT TOP 3 Grupo FROM Itens ORDER BY Grupo DESC) AS q"), 3);
+  EXPECT_EQ(ToLong(value("SELECT Count(*) + Null FROM Movs WHERE Id > 99") == Variant(Null()) ? 1 : 0), 1);
+  EXPECT_EQ(value("SELECT Ativo FROM Itens UNION SELECT Ativo FROM Itens ORDER BY Ativo"), Variant(true));
+  EXPECT_EQ(ToLong(value("SELECT Asc('A') FROM Serial")), 65);
+
+  EXPECT_EQ(count("Usuarios WHERE IdLogin = 'abc'"), 1);
+  for (const char* exact : {"IdLogin = Senha", "Senha = IdLogin", "'ABC' IN (Senha)", "'ABC' BETWEEN Senha AND Senha",
+                            "IIF(True, Senha, '') = 'ABC'", "IdLogin IN (SELECT Senha FROM Usuarios)"}) {
+    EXPECT_EQ(count(std::string("Usuarios WHERE ") + exact), 0) << exact;
+  }
+  database->Execute("INSERT INTO Grupos (Sigla, Titulo) SELECT TOP 1 'X', Id FROM Itens ORDER BY 2 DESC");
+  EXPECT_EQ(value("SELECT Titulo FROM Grupos WHERE Sigla = 'X'"), Variant(std::string("10")));
+}
+
 }  // namespace
 }  // namespace tsv::test

@@ -1,5 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <tuple>
+#include <vector>
 
 #include "Arguments.h"
 #include "Commands.h"
@@ -8,6 +10,7 @@
 #include "common/CDaoTrans.h"
 #include "common/Recordsets.h"
 #include "common/Session.h"
+#include "types/Text.h"
 
 namespace tsv::cli {
 namespace {
@@ -49,8 +52,14 @@ void RegisterCoded(const MasterTable& table, const Given& given) {
            << " WHERE Codigo = " << TextLiteral(code);
     update.Execute();
   }
+  const std::vector<std::string> mixed = CodesThatLookApart(table, code);
   transaction.ComTrans();
   Say(table, code + " " + description, "cadastrad");
+  for (const std::string& other : mixed) {
+    const auto& [inner, outer] = code.size() > other.size() ? std::tie(code, other) : std::tie(other, code);
+    std::cerr << "Atenção: " << inner << " fica dentro de " << outer << ", porque começa igual: os saldos de " << outer
+              << " contam também os lançamentos de " << inner << ".\n";
+  }
 }
 
 void RegisterPartner(const Given& given) {
@@ -134,6 +143,9 @@ void AddSwitch(CLI::App& app, Context& context, const char* name, const char* he
     sub->callback([&context, table, key, active] {
       context.action = [&context, table, key, active] {
         context.Login();
+        if (table == &kUsuarios && !active && text::CompareFolded(*key, context.usuario) == 0) {
+          throw Failure(kRefused, "Quem está usando o livro não pode desativar a si mesmo.");
+        }
         SetActive(*table, *key, active);
         return kDone;
       };

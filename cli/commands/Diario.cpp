@@ -42,6 +42,7 @@ const std::vector<OutputColumn>& Columns() {
 }
 
 std::string QueryFor(const Options& options) {
+  CheckPeriod(options.from, options.to);
   Statement query;
   query << "SELECT DataHora, DesUsuario, IdAcao, Id, Data, CodConta, DesConta, CodRecDesp, DesMovimentacao, "
            "CodCentroCusto, NomeParceiro, Documento, Historico, Valor, Realizado FROM HistoricosDeLancamentos "
@@ -91,8 +92,8 @@ ExitCode Print(Tesovia& tesovia, const Options& options) {
 void AddDiario(CLI::App& app, Context& context) {
   auto* command = app.add_subcommand("diario", "Mostra o diário: quem fez o quê, e quando");
   auto options = std::make_shared<Options>();
-  command->add_option("--de", options->from, "Primeiro dia (da ação)")->type_name("DATA");
-  command->add_option("--ate", options->to, "Último dia (da ação)")->type_name("DATA");
+  command->add_option("--de", options->from, "Primeiro dia (da ação)")->type_name("DATA")->check(NotBlank);
+  command->add_option("--ate", options->to, "Último dia (da ação)")->type_name("DATA")->check(NotBlank);
   command->add_option("--lancamento", options->id, "Só deste lançamento")->type_name("ID");
   options->form.AddOptions(*command);
   command->callback([&context, options] {

@@ -35,6 +35,7 @@ std::string KeyOf(Date day) {
 }
 
 std::string QueryFor(const Options& options) {
+  CheckPeriod(options.from, options.to);
   Statement query;
   query << "SELECT Id, Data, CodConta, CodRecDesp, CodCentroCusto, IdParceiroComl, Documento, Historico, Valor, "
            "ValorPago, DataReferencia, DataVencimento, Realizado, SaldoConta, SaldoRecDesp, SaldoCentroCusto, "
@@ -125,9 +126,11 @@ ExitCode Print(Tesovia& tesovia, const Options& options) {
 void AddExtrato(CLI::App& app, Context& context) {
   auto* command = app.add_subcommand("extrato", "Mostra lançamentos com os cinco saldos depois de cada um");
   auto options = std::make_shared<Options>();
-  command->add_option("--de", options->from, "Primeiro dia")->type_name("DATA");
-  command->add_option("--ate", options->to, "Último dia")->type_name("DATA");
-  command->add_option("--conta", options->account, "Só desta conta e de suas subcontas")->type_name("CODIGO");
+  command->add_option("--de", options->from, "Primeiro dia")->type_name("DATA")->check(NotBlank);
+  command->add_option("--ate", options->to, "Último dia")->type_name("DATA")->check(NotBlank);
+  command->add_option("--conta", options->account, "Só desta conta e de suas subcontas")
+      ->type_name("CODIGO")
+      ->check(NotBlank);
   command->add_option("--situacao", options->state, "Só os lançamentos nesta situação")
       ->type_name("aberto|realizado|nao-realizado|estornado")
       ->check(CLI::IsMember({"aberto", "realizado", "nao-realizado", "estornado"}).description(""));

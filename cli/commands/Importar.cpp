@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "Arguments.h"
 #include "Commands.h"
 #include "Texts.h"
 #include "importing/Importer.h"
@@ -40,7 +41,8 @@ void AddImportar(CLI::App& app, Context& context) {
       ->type_name("")
       ->required();
   command->add_option("--identidade", *identity, "Por que nome lembrar suas linhas (sem a opção, o do arquivo)")
-      ->type_name("NOME");
+      ->type_name("NOME")
+      ->check(NotBlank);
   command->callback([&context, path, identity] {
     context.action = [&context, path, identity] {
       return Import(context, *path, identity->empty() ? std::filesystem::path(*path).filename().string() : *identity);

@@ -148,7 +148,7 @@ void Importer::RaiseOtherContent(std::int32_t line) const {
   throw Failure(kRefused, "A linha " + std::to_string(line) + " de '" + identity_ +
                               "' já foi lançada com outro conteúdo; a importação parou sem lançar mais nada.\n"
                               "Se este é outro arquivo com o mesmo nome, dê-lhe uma identidade: --identidade NOME.\n"
-                              "Se é o mesmo arquivo, devolva a linha ao que era e corrija o lançamento no livro.");
+                              "Se é o mesmo arquivo, devolva a linha ao que era e lance a diferença à parte.");
 }
 
 }  // namespace tsv::cli

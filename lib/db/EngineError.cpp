@@ -42,6 +42,8 @@ std::string_view PatternOf(EngineError error) {
       return "O campo '%' existe em mais de uma das tabelas da instrução.";
     case EngineError::UnknownFunction:
       return "A função '%' não existe.";
+    case EngineError::OrderAgainstDistinct:
+      return "ORDER BY de uma consulta DISTINCT só pode usar o que ela seleciona.";
     case EngineError::NotAggregated:
       return "A consulta agrupa registros, e esta expressão não faz parte do agrupamento: %.";
     case EngineError::UnknownInsertField:

@@ -28,6 +28,7 @@ enum class EngineError : std::int32_t {
   UnknownTable = 3078,
   AmbiguousField = 3079,
   UnknownFunction = 3085,
+  OrderAgainstDistinct = 3093,
   NotAggregated = 3122,
   UnknownInsertField = 3127,
   InvalidStatement = 3129,

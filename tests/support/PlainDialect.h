@@ -21,6 +21,7 @@ class PlainDialect : public db::jet::Dialect {
   }
   std::string EqualityKey(Text value) const override { return value; }
   std::string SortKey(Text value) const override { return value; }
+  std::string ExactKey(Text value) const override { return value; }
   std::string Concat(Text a, Text b) const override { return "(" + a + "||" + b + ")"; }
   std::string Like(Text value, Text pattern) const override { return "(" + value + " LIKE " + pattern + ")"; }
   std::string LikePrefix(Text value, Text prefix) const override { return "(" + value + " BEGINS " + prefix + ")"; }

@@ -91,6 +91,12 @@ class StatementBinder {
     for (Assignment& assignment : statement_.assignments) {
       expressions_.Bind(assignment.target, scope);
       if (assignment.target->kind != Expression::Kind::Name) Raise(EngineError::TooFewParameters, "1");
+      const auto same = [&](const Assignment& other) {
+        return &other != &assignment && other.target->name == assignment.target->name;
+      };
+      if (std::any_of(statement_.assignments.begin(), statement_.assignments.end(), same)) {
+        Raise(EngineError::DuplicateDestination, assignment.target->name);
+      }
       std::string& alias = statement_.table;
       if (alias.empty()) alias = assignment.target->qualifier;
       if (alias != assignment.target->qualifier) Raise(EngineError::Unsupported, "UPDATE de duas tabelas");

@@ -33,6 +33,7 @@ class Dialect {
   // A text as an operand of IN, DISTINCT, GROUP BY or UNION (equal without regard to case), or as a sort key.
   virtual std::string EqualityKey(const std::string& text) const = 0;
   virtual std::string SortKey(const std::string& text) const = 0;
+  virtual std::string ExactKey(const std::string& text) const = 0;  // equal to the letter, sorted by code point
 
   virtual std::string Concat(const std::string& a,
                              const std::string& b) const = 0;  // Null counts as empty beside a text

@@ -25,6 +25,23 @@ ValueType PlainNumber(ValueType type) {
   return type == ValueType::Boolean || type == ValueType::Byte ? ValueType::Long : type;
 }
 
+bool AnyExact(const Expression& e) {
+  return std::any_of(e.operands.begin(), e.operands.end(), [](const ExpressionPtr& operand) { return operand->exact; });
+}
+
+// Such an aggregate would belong to the query around this one.
+bool UsesOnlyOuterNames(const Expression& e) {
+  bool outer = false;
+  bool own = e.query != nullptr;
+  const std::function<void(const Expression&)> look = [&](const Expression& part) {
+    if (part.kind == Kind::Name) (part.flag ? outer : own) = true;
+    own = own || part.query;
+    for (const ExpressionPtr& operand : part.operands) look(*operand);
+  };
+  look(e);
+  return outer && !own;
+}
+
 void BecomeNull(ExpressionPtr& expression) { expression = std::make_unique<Expression>(Kind::Null); }
 
 }  // namespace
@@ -130,6 +147,7 @@ void ExpressionBinder::Coerce(ExpressionPtr& expression, ValueType type) const {
   }
   auto conversion = std::make_unique<Expression>(Kind::Convert);
   conversion->type = type;
+  conversion->exact = e.exact && type == ValueType::Text;
   conversion->operands.push_back(std::move(expression));
   expression = std::move(conversion);
 }
@@ -141,7 +159,7 @@ void ExpressionBinder::CoerceBoth(Expression& node, ValueType type) const {
 void ExpressionBinder::BindArithmetic(ExpressionPtr& expression) const {
   Expression& e = *expression;
   for (const ExpressionPtr& operand : e.operands) {
-    if (operand->kind == Kind::Null) return BecomeNull(expression);
+    if (operand->kind == Kind::Null && !HasAggregate(e)) return BecomeNull(expression);
   }
   if (e.kind == Kind::Negate) {
     if (IsUntypedParameter(*e.operands[0])) Coerce(e.operands[0], ValueType::Double);
@@ -236,7 +254,7 @@ void ExpressionBinder::BindItems(Expression& e) const {
     if (!IsUntypedParameter(*operand)) type = ComparisonType(type, operand->type);
   }
   type = type == ValueType::Null ? ValueType::Text : PlainNumber(type);
-  e.exact = e.operands[0]->exact;
+  e.exact = AnyExact(e);
   CoerceBoth(e, type);
   e.type = ValueType::Boolean;
 }
@@ -251,6 +269,7 @@ void ExpressionBinder::BindQueryOperand(Expression& e, const Scope& scope) {
   if (output.size() != 1) Raise(EngineError::SyntaxInExpression, "a subconsulta deve ter uma só coluna");
   if (e.kind == Kind::Scalar) {
     e.type = output[0].type;
+    e.exact = output[0].exact;
     return;
   }
   Expression& value = *e.operands[0];
@@ -266,14 +285,18 @@ void ExpressionBinder::BindAggregate(Expression& e) const {
   if (e.operands.empty() && !SameWord(e.name, "COUNT"))
     Raise(EngineError::SyntaxInExpression, "função de agregação sem argumento");
   if (e.operands.size() > 1) Raise(EngineError::SyntaxInExpression, "função de agregação com mais de um argumento");
+  if (!e.operands.empty() && UsesOnlyOuterNames(*e.operands[0])) {
+    Raise(EngineError::Unsupported, "função de agregação sobre colunas de fora da subconsulta");
+  }
   if (SameWord(e.name, "COUNT")) return;
   ExpressionPtr& value = e.operands[0];
+  e.exact = value->exact;
   if (IsUntypedParameter(*value)) Coerce(value, ValueType::Double);
   if (SameWord(e.name, "SUM") || SameWord(e.name, "AVG")) {
     if (value->type == ValueType::Text) Raise(EngineError::CriteriaTypeMismatch);
     const bool exact = value->type == ValueType::Currency || value->type == ValueType::Decimal;
     Coerce(value, exact ? ValueType::Currency : ValueType::Double);
-  } else if (value->type == ValueType::Boolean) {
+  } else if (value->type == ValueType::Boolean && (SameWord(e.name, "MIN") || SameWord(e.name, "MAX"))) {
     Coerce(value, ValueType::Long);
   }
   e.type = value->type;
@@ -343,6 +366,7 @@ bool ExpressionBinder::BindConditional(Expression& call) const {
     }
     call.kind = Kind::Coalesce;
     call.type = Meeting(*call.operands[0], *call.operands[1], CommonValue);
+    call.exact = AnyExact(call);
     CoerceBoth(call, call.type);
   } else {
     return false;
@@ -360,6 +384,7 @@ void ExpressionBinder::BindCase(Expression& node) const {
   }
   for (std::size_t i = 0; i <= last; ++i) Coerce(node.operands[i], isValue(i) ? type : ValueType::Boolean);
   node.type = type;
+  for (std::size_t i = 0; i <= last; ++i) node.exact = node.exact || (isValue(i) && node.operands[i]->exact);
 }
 
 void ExpressionBinder::BindFunction(Expression& call, const Function& function) const {

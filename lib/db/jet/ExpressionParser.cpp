@@ -11,16 +11,23 @@ namespace {
 using Kind = Expression::Kind;
 constexpr EngineError kSyntax = EngineError::SyntaxInExpression;
 constexpr std::size_t kDeepest = 120;
+constexpr std::uint32_t kHighest = 900;  // a chain of operators is a tree as high as it is long
 
 constexpr std::array<std::string_view, 5> kLogical{"IMP", "EQV", "XOR", "OR", "AND"};
 constexpr std::array<std::string_view, 6> kComparisons{"=", "<>", "<", ">", "<=", ">="};
 constexpr std::array<std::string_view, 7> kAggregates{"COUNT", "SUM", "AVG", "MIN", "MAX", "FIRST", "LAST"};
 
+void Add(Expression& node, ExpressionPtr operand) {
+  if (operand->height >= kHighest) Raise(kSyntax, "expressão comprida demais");
+  node.height = std::max(node.height, operand->height + 1);
+  node.operands.push_back(std::move(operand));
+}
+
 ExpressionPtr Node(Kind kind, ExpressionPtr a = nullptr, ExpressionPtr b = nullptr, std::string_view op = {}) {
   auto node = std::make_unique<Expression>(kind);
   node->op = op;
-  if (a) node->operands.push_back(std::move(a));
-  if (b) node->operands.push_back(std::move(b));
+  if (a) Add(*node, std::move(a));
+  if (b) Add(*node, std::move(b));
   return node;
 }
 
@@ -91,7 +98,7 @@ ExpressionPtr ExpressionParser::Predicate(ExpressionPtr left, bool negated) {
   reader_.ExpectWord("BETWEEN", kSyntax);
   ExpressionPtr between = Node(Kind::Between, std::move(left), Concat());
   reader_.ExpectWord("AND", kSyntax);
-  between->operands.push_back(Concat());
+  Add(*between, Concat());
   return NegatedIf(negated, std::move(between));
 }
 
@@ -104,7 +111,7 @@ ExpressionPtr ExpressionParser::In(ExpressionPtr value) {
   ExpressionPtr node = Node(Kind::InList, std::move(value));
   reader_.ExpectOperator("(", kSyntax);
   do {
-    node->operands.push_back(Parse());
+    Add(*node, Parse());
   } while (reader_.TakeOperator(","));
   reader_.ExpectOperator(")", kSyntax);
   return node;
@@ -174,9 +181,10 @@ ExpressionPtr ExpressionParser::Primary() {
     return node;
   }
   if (reader_.IsWord("NOT")) return Not();
-  // LEFT and RIGHT are words of joins, and functions where an expression begins.
-  if (reader_.IsName() || ((reader_.IsWord("LEFT") || reader_.IsWord("RIGHT")) && reader_.IsOperator("(", 1)))
-    return NameOrCall();
+  // Words of joins and of orders are functions where an expression begins.
+  const bool function =
+      reader_.IsOperator("(", 1) && (reader_.IsWord("LEFT") || reader_.IsWord("RIGHT") || reader_.IsWord("ASC"));
+  if (reader_.IsName() || function) return NameOrCall();
   Raise(kSyntax, "falta um operando");
 }
 
@@ -229,7 +237,7 @@ ExpressionPtr ExpressionParser::Call(std::string name) {
     if (aggregate && reader_.IsWord("DISTINCT"))
       Raise(EngineError::Unsupported, "DISTINCT dentro de uma função de agregação");
     do {
-      node->operands.push_back(Parse());
+      Add(*node, Parse());
     } while (reader_.TakeOperator(","));
   }
   reader_.ExpectOperator(")", kSyntax);

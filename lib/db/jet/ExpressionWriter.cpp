@@ -7,8 +7,8 @@ namespace {
 
 using Kind = Expression::Kind;
 
-// No statement can take this alias for one of its own sources.
-constexpr std::string_view kSubqueryAlias = "=q";
+// No statement can take this alias for one of its own sources: a name in brackets cannot hold a bracket.
+constexpr std::string_view kSubqueryAlias = "]q";
 
 bool HasOneRow(const Query& query) {
   return query.blocks.size() == 1 && query.blocks[0].groupBy.empty() && HasAggregate(*query.blocks[0].items[0].value);
@@ -92,14 +92,17 @@ std::string ExpressionWriter::Write(const Expression& e) {
 
 std::string ExpressionWriter::Key(const Expression& value, bool exact) {
   std::string written = Write(value);
-  return value.type == ValueType::Text && !exact ? dialect_.EqualityKey(written) : written;
+  if (value.type != ValueType::Text) return written;
+  return exact ? dialect_.ExactKey(written) : dialect_.EqualityKey(written);
 }
 
 std::string ExpressionWriter::EqualityKey(const Expression& expression) { return Key(expression, expression.exact); }
 
-std::string ExpressionWriter::SortKey(const Expression& expression) {
-  std::string written = Write(expression);
-  if (expression.type == ValueType::Text && !expression.exact) return dialect_.SortKey(written);
+std::string ExpressionWriter::SortKey(const Expression& expression) { return SortKey(Write(expression), expression); }
+
+std::string ExpressionWriter::SortKey(std::string written, const Expression& expression) const {
+  if (expression.type == ValueType::Text)
+    return expression.exact ? dialect_.ExactKey(written) : dialect_.SortKey(written);
   // True is -1 and so comes before False.
   return expression.type == ValueType::Boolean ? dialect_.Convert(written, ValueType::Boolean, ValueType::Long)
                                                : written;
@@ -125,8 +128,12 @@ std::string ExpressionWriter::Between(const Expression& e) {
   const std::string value = Operand(e, 0);
   const std::string low = Operand(e, 1);
   const std::string high = Operand(e, 2);
-  return "(" + dialect_.Compare(">=", type, e.exact, value, low) + " AND " +
-         dialect_.Compare("<=", type, e.exact, value, high) + ")";
+  // The bounds may stand in either order.
+  const auto within = [&](const std::string& least, const std::string& most) {
+    return "(" + dialect_.Compare(">=", type, e.exact, value, least) + " AND " +
+           dialect_.Compare("<=", type, e.exact, value, most) + ")";
+  };
+  return "(" + within(low, high) + " OR " + within(high, low) + ")";
 }
 
 std::string ExpressionWriter::InList(const Expression& e) {
@@ -140,8 +147,15 @@ std::string ExpressionWriter::Quantified(const Expression& e) {
   const std::string written = Write(value);
   const std::string alias = dialect_.Name(kSubqueryAlias);
   const std::string compared = dialect_.Compare(e.op, value.type, e.exact, written, alias + "." + dialect_.Name("c1"));
-  const std::string from = "EXISTS (SELECT 1 FROM (" + writeQuery_(*e.query) + ") AS " + alias + " WHERE " + compared;
-  return e.flag ? "(NOT " + from + " IS NOT TRUE))" : from + ")";
+  const auto count = [&](const std::string& condition) { return "count(CASE WHEN " + condition + " THEN 1 END)"; };
+  const std::string decisive = count(e.flag ? "NOT " + compared : compared);
+  const std::string others = count(e.flag ? compared : "NOT " + compared);
+  const std::string_view whenDecided = e.flag ? "FALSE" : "TRUE";
+  const std::string_view otherwise = e.flag ? "TRUE" : "FALSE";
+  // One row decides; without one, each must say the contrary, or the answer is Null.
+  std::string text = "(SELECT CASE WHEN " + decisive + " > 0 THEN ";
+  text.append(whenDecided).append(" WHEN count(*) = ").append(others).append(" THEN ").append(otherwise);
+  return text + " END FROM (" + writeQuery_(*e.query) + ") AS " + alias + ")";
 }
 
 std::string ExpressionWriter::Scalar(const Expression& e) {

@@ -20,6 +20,7 @@ class ExpressionWriter {
   std::string Write(const Expression& expression);
   std::string EqualityKey(const Expression& expression);  // for DISTINCT, GROUP BY, UNION
   std::string SortKey(const Expression& expression);
+  std::string SortKey(std::string written, const Expression& expression) const;  // as it was written elsewhere
 
   std::vector<ParameterSlot>& Parameters() { return parameters_; }
 

@@ -188,7 +188,9 @@ class Scanner {
       return AddLiteral('C', sign, Currency::FromTenThousandths(*units));
     }
     double value = 0;
-    std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    const auto [last, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    const bool tiny = digits.find("e-") != std::string_view::npos || digits.find("E-") != std::string_view::npos;
+    if (error == std::errc::result_out_of_range && !tiny) tsv::Raise(RuntimeError::Overflow);
     AddLiteral('D', sign, negative ? -value : value);
   }
 

@@ -231,6 +231,10 @@ class StatementParser {
 
   void Delete(Statement& statement) {
     statement.kind = Statement::Kind::Delete;
+    if (reader_.IsName() && reader_.IsOperator(".", 1)) {
+      reader_.Next();
+      reader_.Next();
+    }
     reader_.TakeOperator("*");
     reader_.ExpectWord("FROM", EngineError::SyntaxInFrom);
     statement.from = Source();

@@ -28,6 +28,31 @@ std::optional<std::size_t> PlaceOf(const Output& output, std::string_view name) 
   return std::nullopt;
 }
 
+bool UsesOuterNames(const Query& query);
+
+bool UsesOuterNames(const Expression& e) {
+  return (e.kind == Kind::Name && e.flag) || (e.query && UsesOuterNames(*e.query)) ||
+         std::any_of(e.operands.begin(), e.operands.end(),
+                     [](const ExpressionPtr& part) { return UsesOuterNames(*part); });
+}
+
+bool UsesOuterNames(const From& from) {
+  return (from.query && UsesOuterNames(*from.query)) || (from.on && UsesOuterNames(*from.on)) ||
+         (from.left && (UsesOuterNames(*from.left) || UsesOuterNames(*from.right)));
+}
+
+bool UsesOuterNames(const Query& query) {
+  const auto uses = [](const ExpressionPtr& e) { return e && UsesOuterNames(*e); };
+  for (const SelectBlock& block : query.blocks) {
+    const bool any =
+        std::any_of(block.items.begin(), block.items.end(), [&](const auto& item) { return uses(item.value); }) ||
+        std::any_of(block.from.begin(), block.from.end(), [](const auto& from) { return UsesOuterNames(*from); }) ||
+        std::any_of(block.groupBy.begin(), block.groupBy.end(), uses) || uses(block.where) || uses(block.having);
+    if (any) return true;
+  }
+  return false;
+}
+
 bool IsGrouped(const Query& query, const SelectBlock& block) {
   const auto aggregates = [](const auto& item) { return HasAggregate(*item.value); };
   return !block.groupBy.empty() || block.having || std::any_of(block.items.begin(), block.items.end(), aggregates) ||
@@ -85,7 +110,10 @@ Output QueryBinder::BindQuery(Query& query, const Scope* outer) {
     if (query.blocks.size() == 1) BindOrder(query, output, scope);
   }
   if (query.blocks.size() > 1) {
-    for (std::size_t c = 0; c < output.size(); ++c) CoerceOutput(expressions_, query, c, output[c].type);
+    for (std::size_t c = 0; c < output.size(); ++c) {
+      CoerceOutput(expressions_, query, c, output[c].type);
+      for (SelectBlock& block : query.blocks) block.items[c].value->exact = output[c].exact;
+    }
     BindOrder(query, output, Scope(nullptr));
   }
   CheckGroups(query);
@@ -159,6 +187,13 @@ void QueryBinder::BindOrder(Query& query, const Output& output, const Scope& sco
     if (item.place) continue;
     if (query.blocks.size() > 1) Raise(EngineError::Unsupported, "ORDER BY de UNION por uma expressão");
     expressions_.Bind(item.value, scope);
+    if (!query.blocks[0].distinct) continue;
+    // Rows that are told apart by what is selected have no other order.
+    const auto& items = query.blocks[0].items;
+    const auto same = [&](const SelectItem& selected) { return expressions_.Same(*selected.value, *item.value); };
+    const auto found = std::find_if(items.begin(), items.end(), same);
+    if (found == items.end()) Raise(EngineError::OrderAgainstDistinct);
+    item.place = static_cast<std::size_t>(found - items.begin());
   }
 }
 
@@ -175,6 +210,9 @@ void QueryBinder::CheckGroups(const Query& query) {
 
 void QueryBinder::CheckGrouped(const Expression& expression, const SelectBlock& block) {
   if (expression.kind == Kind::Aggregate) return;
+  if (expression.query && UsesOuterNames(*expression.query)) {
+    Raise(EngineError::Unsupported, "subconsulta que depende da linha numa consulta agrupada");
+  }
   for (const ExpressionPtr& group : block.groupBy) {
     if (expressions_.Same(expression, *group)) return;
   }

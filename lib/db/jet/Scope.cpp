@@ -9,10 +9,13 @@ namespace {
 bool SameName(std::string_view a, std::string_view b) { return text::CompareFolded(a, b) == 0; }
 
 const SourceColumn* ColumnOf(const Source& source, std::string_view name) {
+  const SourceColumn* found = nullptr;
   for (const SourceColumn& column : source.columns) {
-    if (SameName(column.name, name)) return &column;
+    if (!SameName(column.name, name)) continue;
+    if (found) Raise(EngineError::AmbiguousField, name);
+    found = &column;
   }
-  return nullptr;
+  return found;
 }
 
 }  // namespace

@@ -54,6 +54,7 @@ struct Expression {
   std::string qualifier;
   std::string op;
   bool flag = false;
+  std::uint32_t height = 1;  // of the tree below, as the parser built it
   std::uint32_t literal = 0;
   std::vector<ExpressionPtr> operands;
   std::unique_ptr<Query> query;

@@ -43,18 +43,16 @@ class StatementWriter {
       if (i > 0) united += query.unionAll[i - 1] ? " UNION ALL " : " UNION ";
       const SelectBlock& block = query.blocks[i];
       const std::string written = Block(block, {}, true);
-      united += block.top ? "SELECT * FROM (" + written + ") AS " + dialect_.Name("=b") : written;
+      united += block.top ? "SELECT * FROM (" + written + ") AS " + dialect_.Name("]b") : written;
     }
     if (query.orderBy.empty()) return united;
     std::string order;
     for (const OrderItem& item : query.orderBy) {
       const Expression& value = *query.blocks[0].items[*item.place].value;
       const std::string column = dialect_.Name("c" + std::to_string(*item.place + 1));
-      const bool language = value.type == ValueType::Text && !value.exact;
-      order += (order.empty() ? " ORDER BY " : ", ") + (language ? dialect_.SortKey(column) : column) +
-               (item.descending ? " DESC" : "");
+      order += (order.empty() ? " ORDER BY " : ", ") + expressions_.SortKey(column, value) + Direction(item);
     }
-    return "SELECT * FROM (" + united + ") AS " + dialect_.Name("=u") + order;
+    return "SELECT * FROM (" + united + ") AS " + dialect_.Name("]u") + order;
   }
 
   // Results are called c1, c2 ...: their own names may repeat, and are known to the binder.
@@ -88,32 +86,33 @@ class StatementWriter {
     if (orderBy.empty() && !block.top->percent) return inner + " LIMIT " + count;
     std::string window;
     for (std::size_t i = 0; i < orderBy.size(); ++i) {
-      const ValueType type = KeyType(block, orderBy[i]);
       const std::string key = dialect_.Name(KeyName(i));
-      window += (i == 0 ? "ORDER BY " : ", ") + (type == ValueType::Text ? dialect_.SortKey(key) : key) +
+      window += (i == 0 ? "ORDER BY " : ", ") + (KeyIsLanguage(block, orderBy[i]) ? dialect_.SortKey(key) : key) +
                 Direction(orderBy[i]);
     }
     std::string columns;
     for (std::size_t i = 0; i < block.items.size(); ++i)
       columns += (i > 0 ? ", " : "") + dialect_.Name("c" + std::to_string(i + 1));
-    const std::string place = dialect_.Name("=place");
+    const std::string place = dialect_.Name("]place");
     const std::string kept = block.top->percent
-                                 ? "(" + place + " - 1) * 100 < " + dialect_.Name("=total") + " * " + count
+                                 ? "(" + place + " - 1) * 100 < " + dialect_.Name("]total") + " * " + count
                                  : place + " <= " + count;
     return "SELECT " + columns + " FROM (SELECT *, " + (orderBy.empty() ? "row_number()" : "rank()") + " OVER (" +
-           window + ") AS " + place + ", count(*) OVER () AS " + dialect_.Name("=total") + " FROM (" + inner + ") AS " +
-           dialect_.Name("=i") + ") AS " + dialect_.Name("=r") + " WHERE " + kept + " ORDER BY " + place;
+           window + ") AS " + place + ", count(*) OVER () AS " + dialect_.Name("]total") + " FROM (" + inner + ") AS " +
+           dialect_.Name("]i") + ") AS " + dialect_.Name("]r") + " WHERE " + kept + " ORDER BY " + place;
   }
 
-  static std::string KeyName(std::size_t i) { return "=k" + std::to_string(i + 1); }
+  static std::string KeyName(std::size_t i) { return "]k" + std::to_string(i + 1); }
   static std::string Direction(const OrderItem& item) { return item.descending ? " DESC" : ""; }
 
   static const Expression& KeyOf(const SelectBlock& block, const OrderItem& item) {
-    return item.place ? *block.items[*item.place].value : *item.value;
+    const Expression& key = item.place ? *block.items[*item.place].value : *item.value;
+    // What is converted on its way into a column is ordered as it was selected.
+    return key.kind == Expression::Kind::Convert ? *key.operands[0] : key;
   }
-  static ValueType KeyType(const SelectBlock& block, const OrderItem& item) {
+  static bool KeyIsLanguage(const SelectBlock& block, const OrderItem& item) {
     const Expression& key = KeyOf(block, item);
-    return key.exact ? ValueType::Null : key.type;
+    return key.type == ValueType::Text && !key.exact;
   }
   std::string OrderKey(const SelectBlock& block, const OrderItem& item) {
     return expressions_.SortKey(KeyOf(block, item));

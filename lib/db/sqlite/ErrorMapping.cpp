@@ -78,7 +78,7 @@ Erro ConstraintError(sqlite3* handle, int code, std::string_view message, sqlite
 // What is wrong with the statement itself; its texts hold names and no values.
 Erro StatementError(std::string_view message) {
   if (message == "integer overflow") return Runtime(RuntimeError::Overflow);
-  for (const char* limit : {"too many", "too large", "too deep", "stack overflow"}) {
+  for (const char* limit : {"too many", "too large", "too deep", "stack overflow", "at most", "variable number"}) {
     if (message.find(limit) != std::string_view::npos)
       return Engine(EngineError::Unsupported, "consulta complexa demais");
   }

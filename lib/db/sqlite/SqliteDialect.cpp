@@ -142,13 +142,16 @@ std::string SqliteDialect::Arithmetic(std::string_view op, ValueType type, const
 
 std::string SqliteDialect::Compare(std::string_view op, ValueType type, bool exact, const std::string& a,
                                    const std::string& b) const {
-  if (type != ValueType::Text || exact) return Infix(a, op, b);
+  if (type != ValueType::Text) return Infix(a, op, b);
+  if (exact) return Infix(a, op, ExactKey(b));
   const bool equality = op == "=" || op == "<>";
   return Infix(a, op, equality ? EqualityKey(b) : SortKey(b));
 }
 
 std::string SqliteDialect::EqualityKey(const std::string& text) const { return text + " COLLATE TSV_TEXTO"; }
 std::string SqliteDialect::SortKey(const std::string& text) const { return text + " COLLATE TSV_ORDEM"; }
+
+std::string SqliteDialect::ExactKey(const std::string& text) const { return text + " COLLATE BINARY"; }
 
 std::string SqliteDialect::Concat(const std::string& a, const std::string& b) const {
   return Call2("tsv_concat", a, b);

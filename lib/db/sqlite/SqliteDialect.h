@@ -17,6 +17,7 @@ class SqliteDialect final : public jet::Dialect {
                       const std::string& b) const override;
   std::string EqualityKey(const std::string& text) const override;
   std::string SortKey(const std::string& text) const override;
+  std::string ExactKey(const std::string& text) const override;
   std::string Concat(const std::string& a, const std::string& b) const override;
   std::string Like(const std::string& text, const std::string& pattern) const override;
   std::string LikePrefix(const std::string& text, const std::string& prefix) const override;

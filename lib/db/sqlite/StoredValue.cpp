@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "db/EngineError.h"
+#include "db/jet/TextValues.h"
 #include "types/Conversions.h"
 #include "types/Erro.h"
 
@@ -54,7 +55,7 @@ void Store(const Variant& value, ValueType type, Sink&& sink) {
       break;
   }
   if (const auto* text = std::get_if<std::string>(&value)) return sink.Text(*text);
-  sink.Text(ToText(value));
+  sink.Text(jet::TextOf(value));
 }
 
 int Length(std::string_view text) {
