@@ -51,6 +51,8 @@ struct Fragment {
 // The text of one statement, put together from fragments and literals.
 class Statement {
  public:
+  Statement() { text_.reserve(kUsualLength); }
+
   Statement& operator<<(Fragment fragment) {
     text_ += fragment.text;
     return *this;
@@ -66,6 +68,8 @@ class Statement {
   std::int32_t Execute() const;
 
  private:
+  static constexpr std::size_t kUsualLength = 1536;  // an entry's insert; spares the text growing step by step
+
   std::string text_;
 };
 

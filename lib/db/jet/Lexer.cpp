@@ -37,7 +37,7 @@ constexpr char kLiteralMark = '\x01';
 
 class Scanner {
  public:
-  Scanner(std::string_view sql, Lexed& lexed) : sql_(sql), lexed_(lexed) {}
+  Scanner(std::string_view sql, Lexed& lexed, bool keepTokens) : sql_(sql), lexed_(lexed), keepTokens_(keepTokens) {}
 
   void Run() {
     for (SkipBlanks(); at_ < sql_.size(); SkipBlanks()) Next();
@@ -61,11 +61,14 @@ class Scanner {
     Operator();
   }
 
-  void Add(TokenKind kind, std::string_view text) { lexed_.tokens.push_back({kind, text, 0}); }
+  void Add(TokenKind kind, std::string_view text, std::size_t literal = 0) {
+    last_ = {kind, text, static_cast<std::uint32_t>(literal)};
+    if (keepTokens_) lexed_.tokens.push_back(last_);
+  }
 
   // The literal's text, from begin to here, is the part of the statement that its shape leaves out.
   void AddLiteral(char mark, std::size_t begin, Variant value) {
-    lexed_.tokens.push_back({TokenKind::Literal, {}, static_cast<std::uint32_t>(lexed_.literals.size())});
+    Add(TokenKind::Literal, {}, lexed_.literals.size());
     lexed_.literals.push_back(std::move(value));
     lexed_.shape += sql_.substr(written_, begin - written_);
     lexed_.shape += kLiteralMark;
@@ -123,17 +126,12 @@ class Scanner {
     at_ += length;
   }
 
-  bool AfterName() const {
-    if (lexed_.tokens.empty()) return false;
-    const TokenKind kind = lexed_.tokens.back().kind;
-    return kind == TokenKind::Name || kind == TokenKind::Bracketed;
-  }
+  bool AfterName() const { return last_.kind == TokenKind::Name || last_.kind == TokenKind::Bracketed; }
 
   bool AfterOperand() const {
-    if (lexed_.tokens.empty()) return false;
-    const Token& last = lexed_.tokens.back();
-    if (last.kind == TokenKind::Operator) return last.text == ")";
-    return last.kind != TokenKind::Name || !ExpectsOperand(last.text);
+    if (last_.kind == TokenKind::Operator) return last_.text == ")";
+    if (last_.kind == TokenKind::Name) return !ExpectsOperand(last_.text);
+    return last_.kind != TokenKind::End;
   }
 
   // A power binds tighter than the sign before it, so such a number keeps its sign apart.
@@ -222,17 +220,26 @@ class Scanner {
 
   std::string_view sql_;
   Lexed& lexed_;
+  bool keepTokens_;
+  Token last_;  // End before the first
   std::size_t at_ = 0;
   std::size_t written_ = 0;  // what stands before is in the shape
 };
 
 }  // namespace
 
-void Lex(std::string_view sql, Lexed& lexed) {
+namespace {
+
+void Scan(std::string_view sql, Lexed& lexed, bool keepTokens) {
   lexed.tokens.clear();
   lexed.literals.clear();
   lexed.shape.clear();
-  Scanner(sql, lexed).Run();
+  Scanner(sql, lexed, keepTokens).Run();
 }
+
+}  // namespace
+
+void Lex(std::string_view sql, Lexed& lexed) { Scan(sql, lexed, true); }
+void LexShape(std::string_view sql, Lexed& lexed) { Scan(sql, lexed, false); }
 
 }  // namespace tsv::db::jet

@@ -28,4 +28,7 @@ struct Lexed {
 // after it, so that a statement has one shape for both signs. Raises 3075 for an unclosed text, name or date.
 void Lex(std::string_view sql, Lexed& lexed);
 
+// The same without the tokens: enough to find a statement that was compiled before.
+void LexShape(std::string_view sql, Lexed& lexed);
+
 }  // namespace tsv::db::jet

@@ -8,8 +8,11 @@
 namespace tsv::db::sqlite {
 namespace {
 
-// With more entries than these, the difference of two balances is cheaper than their sum.
+// With more entries than these on one code, the difference of two balances is cheaper than their sum.
 constexpr std::int64_t kFew = 16;
+
+// With more entries than these on all codes below one, their codes are taken one by one.
+constexpr std::int64_t kFewBelow = 100;
 
 constexpr const char* kCounts = "(Realizado IS NULL OR Realizado <> 'N')";
 
@@ -18,7 +21,6 @@ std::string Written(std::string_view pattern, const Classification& classificati
   const std::pair<std::string_view, std::string> names[] = {{"$master", classification.masterTable},
                                                             {"$code", classification.codeColumn},
                                                             {"$balance", classification.balanceColumn},
-                                                            {"$few", std::to_string(kFew)},
                                                             {"$counts", kCounts}};
   std::string text(pattern);
   for (const auto& [mark, name] : names) {
@@ -52,14 +54,14 @@ CodeBalances::CodeBalances(Connection& connection, const Classification& classif
                  true),
       own_(connection,
            Written("SELECT count(*), sum(CASE WHEN $counts THEN Valor END) FROM (SELECT Valor, Realizado "
-                   "FROM Lancamentos WHERE $code = ?1 AND DataId > ?2 AND DataId < ?3 LIMIT $few + 1)",
+                   "FROM Lancamentos WHERE $code = ?1 AND DataId > ?2 AND DataId < ?3 LIMIT ?4 + 1)",
                    classification),
            true),
       below_(connection,
              Written("SELECT count(*), sum(CASE WHEN $counts THEN Valor END) FROM (SELECT Valor, Realizado "
                      "FROM $master CROSS JOIN Lancamentos ON $code = Codigo "
                      "WHERE Codigo > ?1 AND Codigo < ?1 || char(0x10FFFF) AND DataId > ?2 AND DataId < ?3 "
-                     "LIMIT $few + 1)",
+                     "LIMIT ?4 + 1)",
                      classification),
              true) {}
 
@@ -67,7 +69,7 @@ Currency CodeBalances::Before(std::string_view code, std::string_view key) {
   if (!NamesACode(code)) return {};
   const Point last = LastPoint(code, key);
   if (!last.key.empty()) {
-    if (const auto since = SumOfFew(below_, code, last.key, key)) return last.balance + *since;
+    if (const auto since = SumOfFew(below_, kFewBelow, code, last.key, key)) return last.balance + *since;
   }
   LoadCodesBelow(code);
   return last.balance + SumOfNodes(0, codes_.size(), last.key, key);
@@ -95,11 +97,11 @@ CodeBalances::Point CodeBalances::LastPoint(std::string_view code, std::string_v
   return {std::string(lastPoint_.Text(0)), Amount(lastPoint_, 1)};
 }
 
-std::optional<Currency> CodeBalances::SumOfFew(Statement& entries, std::string_view code, std::string_view after,
-                                               std::string_view before) {
+std::optional<Currency> CodeBalances::SumOfFew(Statement& entries, std::int64_t most, std::string_view code,
+                                               std::string_view after, std::string_view before) {
   const ScopedReset reset(entries);
-  entries.Bind(1, code).Bind(2, after).Bind(3, before).Step();
-  if (entries.Integer(0) > kFew) return {};
+  entries.Bind(1, code).Bind(2, after).Bind(3, before).Bind(4, most).Step();
+  if (entries.Integer(0) > most) return {};
   return Amount(entries, 1);
 }
 
@@ -110,7 +112,7 @@ Currency CodeBalances::BalanceOf(std::size_t node, std::string_view before) {
 
 Currency CodeBalances::SumOfNode(std::size_t node, std::string_view after, std::string_view before) {
   if (after.empty()) return BalanceOf(node, before);
-  if (const auto own = SumOfFew(own_, codes_[node], after, before)) {
+  if (const auto own = SumOfFew(own_, kFew, codes_[node], after, before)) {
     return *own + SumOfNodes(node + 1, ends_[node], after, before);
   }
   return BalanceOf(node, before) - BalanceOf(node, after);

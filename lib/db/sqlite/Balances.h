@@ -48,8 +48,8 @@ class CodeBalances {
   void LoadCodesBelow(std::string_view code);
   Point LastPoint(std::string_view code, std::string_view before);
   // Of the counting entries between two keys on exactly that code (own_) or on those below it (below_); nothing when
-  // there are more than a few entries.
-  std::optional<Currency> SumOfFew(Statement& entries, std::string_view code, std::string_view after,
+  // there are more entries than that.
+  std::optional<Currency> SumOfFew(Statement& entries, std::int64_t most, std::string_view code, std::string_view after,
                                    std::string_view before);
 
   Currency BalanceOf(std::size_t node, std::string_view before);

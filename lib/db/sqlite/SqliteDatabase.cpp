@@ -195,8 +195,9 @@ void SqliteDatabase::CreateTable(const Table& table) {
 }
 
 std::shared_ptr<Template> SqliteDatabase::Compile(std::string_view sql) {
-  jet::Lex(sql, lexed_);
+  jet::LexShape(sql, lexed_);
   if (auto known = cache_.Find(lexed_)) return known;
+  jet::Lex(sql, lexed_);
   const Catalog& catalog = CurrentCatalog();
   return cache_.Compile(lexed_, catalog);
 }
