@@ -4,7 +4,10 @@
 #include <memory>
 #include <string_view>
 
+#include "CBaixa.h"
 #include "CLancamento.h"
+#include "CTransferencia.h"
+#include "Collection.h"
 #include "db/Recordset.h"
 #include "types/Currency.h"
 #include "types/Date.h"
@@ -41,6 +44,33 @@ class Tesovia {
                                                  std::string_view Historico, std::string_view CodConta,
                                                  std::string_view CodRecDesp, std::string_view CodCentroDeCusto = {},
                                                  std::int32_t IdParceiroComl = 0, std::string_view Documento = {});
+
+  // The operations below name an entry by its id and by the version that the client last saw (IdConcorrencia): one that
+  // another user changed since is refused. On a leg of a transfer they work on both legs, wholly or not at all.
+
+  // Deletes an entry and takes its amount out of the later balances; the journal keeps what it was. TS_ERRO_EXCLUSAO:
+  // not found or changed meanwhile, reversed, or itself a reversal.
+  void ExcluirLancamentoTS(std::int32_t IdLancamento, std::int32_t IdConcorrencia);
+
+  // Settles an open forecast: in full or in part it moves to the day and amount of its realisation, and no rest stays
+  // open; as not realised it leaves all balances. Returns the settled entry. A kind other than
+  // the three changes nothing.
+  //
+  // TS_ERRO_JA_BAIXADO: it is no open forecast. TS_ERRO_BAIXA: not found or changed meanwhile, the request does not fit
+  // the entry, or something that it is classified by was deactivated. TS_ERRO_LOGIN without description: the balances
+  // did not verify, as in FazerLancamentoTS.
+  std::shared_ptr<CLancamento> BaixarLancamentoTS(CBaixa& Baixa);
+
+  // Moves money between two accounts: an outgoing and an incoming entry on type 001, linked. Returns the two.
+  // TS_ERRO_TRANSFERENCIA: an account does not exist or was deactivated, or another user was faster.
+  Collection FazerTransferenciaTS(const CTransferencia& Transferencia);
+
+  // Reverses an entry: it stays, marked, and an entry of the opposite amount and the given history (up to 50
+  // characters, without quotes) stands against it on the same day. Returns the reversing entry; nothing for a transfer.
+  // TS_ERRO_ESTORNO: no ledger is open, the entry was not found or changed meanwhile, was settled as not realised or
+  // reversed before, the history is missing or has quotes, or another user was faster.
+  std::shared_ptr<CLancamento> EstornarLancamentoTS(std::string_view HistoricoDoEstorno, std::int32_t IdLancamento,
+                                                    std::int32_t IdConcorrencia);
 };
 
 }  // namespace tsv

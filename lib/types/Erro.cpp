@@ -15,6 +15,8 @@ const char* TextOf(RuntimeError error) noexcept {
       return "Valor fora dos limites do tipo.";
     case RuntimeError::OutOfMemory:
       return "Memória insuficiente.";
+    case RuntimeError::SubscriptOutOfRange:
+      return "Índice fora do intervalo.";
     case RuntimeError::DivisionByZero:
       return "Divisão por zero.";
     case RuntimeError::TypeMismatch:

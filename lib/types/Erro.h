@@ -27,6 +27,7 @@ enum class RuntimeError : std::int32_t {
   InvalidArgument = 5,
   Overflow = 6,
   OutOfMemory = 7,
+  SubscriptOutOfRange = 9,
   DivisionByZero = 11,
   TypeMismatch = 13,
   Internal = 51,

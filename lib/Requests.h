@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+
+#include "CBaixa.h"
+#include "CTransferencia.h"
+
+// What the ledger's own operations do with a client's requests; clients have no part in it.
+namespace tsv::internal {
+
+// The entry that a settlement is about, as stored: none until the settlement has read it.
+const std::shared_ptr<CLancamento>& LancamentoDe(const CBaixa& baixa) noexcept;
+void AnexarLancamento(CBaixa& baixa, std::shared_ptr<CLancamento> lancamento) noexcept;
+
+// Holds the request against its entry. Returns true; the first thing wrong raises TS_ERRO_BAIXA with the message for
+// the user, an amount of zero on either side 11.
+bool Validar(const CBaixa& baixa);
+
+// True when the request names everything that a transfer needs, dated from 1932 to 2028; otherwise raises
+// TS_ERRO_TRANSFERENCIA for the first thing missing. For programs that check early: a transfer itself relies on the
+// properties' rules and on what the database refuses.
+bool Validar(const CTransferencia& transferencia);
+
+}  // namespace tsv::internal
