@@ -11,6 +11,16 @@ namespace tsv::internal {
 
 using namespace Module1;
 
+namespace {
+
+std::shared_ptr<CLancamento> Carregado(const db::Recordset& row) {
+  auto lancamento = std::make_shared<CLancamento>();
+  lancamento->CarregarDeRegistro(row);
+  return lancamento;
+}
+
+}  // namespace
+
 std::shared_ptr<db::Recordset> AbrirRecordset(std::string_view SQL, db::RecordsetTypeEnum Tipo) {
   auto recordset = BancoAberto()->OpenRecordset(SQL, Tipo);
   CompletarContagem(*recordset);
@@ -27,10 +37,22 @@ std::shared_ptr<CLancamento> CarregarLancamentoTS(std::int32_t IdLancamento) {
       GerarErro(TS_ERRO_CARREGAR_LANCAMENTO,
                 "Erro na carga do lançamento id: " + std::to_string(IdLancamento) + ".\nLançamento não localizado.");
     }
-    auto lancamento = std::make_shared<CLancamento>();
-    lancamento->CarregarDeRegistro(*row);
-    return lancamento;
+    return Carregado(*row);
   });
+}
+
+std::shared_ptr<CLancamento> CarregarVersao(std::int32_t IdLancamento, std::int32_t IdConcorrencia, TS_ERROS numero,
+                                            std::string_view refusal) {
+  Statement select;
+  select << "Select * From Lancamentos Where Id = " << NumberLiteral(IdLancamento)
+         << " And IdConcorrencia=" << NumberLiteral(IdConcorrencia);
+  const ScopedRecordset row(AbrirRecordset(select.Text(), db::dbOpenSnapshot));
+  if (row->RecordCount() == 0) GerarErro(numero, refusal);
+  return Carregado(*row);
+}
+
+Classificacao ClasseDe(const CLancamento& lancamento) {
+  return {lancamento.CodConta(), lancamento.CodRecDesp(), lancamento.CodCentroCusto(), lancamento.IdParceiroComl()};
 }
 
 }  // namespace tsv::internal

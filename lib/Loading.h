@@ -5,6 +5,8 @@
 #include <string_view>
 
 #include "CLancamento.h"
+#include "common/Balances.h"
+#include "common/Errors.h"
 #include "db/Recordset.h"
 
 // How the ledger's own operations read it; clients have no part in it.
@@ -15,5 +17,12 @@ std::shared_ptr<db::Recordset> AbrirRecordset(std::string_view SQL, db::Recordse
 
 // The entry as its row stands now. No such entry: TS_ERRO_CARREGAR_LANCAMENTO.
 std::shared_ptr<CLancamento> CarregarLancamentoTS(std::int32_t IdLancamento);
+
+// The entry if it still is the version that the client saw; otherwise raises the error with the message for the user.
+std::shared_ptr<CLancamento> CarregarVersao(std::int32_t IdLancamento, std::int32_t IdConcorrencia, TS_ERROS numero,
+                                            std::string_view refusal);
+
+// What decides which balances the entry is in.
+Module1::Classificacao ClasseDe(const CLancamento& lancamento);
 
 }  // namespace tsv::internal

@@ -1,13 +1,14 @@
-#include <limits>
 #include <optional>
 #include <string>
 
+#include "EntryColumns.h"
 #include "Loading.h"
 #include "Tesovia.h"
 #include "common/Balances.h"
 #include "common/CDaoTrans.h"
 #include "common/CHourGlass.h"
 #include "common/Errors.h"
+#include "common/Journal.h"
 #include "common/MessageBox.h"
 #include "common/Recordsets.h"
 #include "common/Session.h"
@@ -21,46 +22,32 @@ using namespace Module1;
 
 namespace {
 
-constexpr std::int32_t kInclusion = 1;  // the journal's code of this action
-
-// A new entry as its statements write it.
-struct EntryLiterals {
+struct EntryLiterals : internal::EntryColumns {
   explicit EntryLiterals(const CLancamento& entry)
-      : Id(NumberLiteral(entry.Id())),
+      : EntryColumns{TextOrNull(entry.Documento()),
+                     AmountLiteral(entry.Valor()),
+                     DateLiteral(ToDate(entry.Data())),
+                     DateLiteral(ToDate(entry.DataReferencia())),
+                     DateLiteral(ToDate(entry.DataVencimento())),
+                     TextLiteral(entry.Historico()),
+                     TextLiteral(entry.DataId()),
+                     AmountLiteral(entry.SaldoGlobal()),
+                     AmountLiteral(entry.SaldoConta()),
+                     AmountLiteral(entry.SaldoRecDesp())},
+        Id(NumberLiteral(entry.Id())),
         CodConta(TextLiteral(entry.CodConta())),
         CodRecDesp(TextLiteral(entry.CodRecDesp())),
         CodCentroCusto(TextOrNull(entry.CodCentroCusto())),
         IdParceiroComl(NumberOrNull(entry.IdParceiroComl())),
-        Documento(TextOrNull(entry.Documento())),
-        Valor(AmountLiteral(entry.Valor())),
-        Data(DateLiteral(ToDate(entry.Data()))),
-        DataReferencia(DateLiteral(ToDate(entry.DataReferencia()))),
-        DataVencimento(DateLiteral(ToDate(entry.DataVencimento()))),
-        Historico(TextLiteral(entry.Historico())),
-        DataId(TextLiteral(entry.DataId())),
-        SaldoConta(AmountLiteral(entry.SaldoConta())),
-        SaldoRecDesp(AmountLiteral(entry.SaldoRecDesp())),
         SaldoCentroCusto(AmountLiteral(entry.SaldoCentroCusto())),
         SaldoParceiroComl(AmountLiteral(entry.SaldoParceiroComl())),
-        SaldoGlobal(AmountLiteral(entry.SaldoGlobal())),
         IdUsuario(NumberLiteral(entry.IdUsuario())),
         DesUsuario(TextLiteral(CurrentSession().DesUsuario)),
         Realizado(TextLiteral(entry.Realizado())) {}
 
-  Literal Id, CodConta, CodRecDesp, CodCentroCusto, IdParceiroComl, Documento, Valor;
-  Literal Data, DataReferencia, DataVencimento, Historico, DataId;
-  Literal SaldoConta, SaldoRecDesp, SaldoCentroCusto, SaldoParceiroComl, SaldoGlobal;
-  Literal IdUsuario, DesUsuario, Realizado;
+  Literal Id, CodConta, CodRecDesp, CodCentroCusto, IdParceiroComl;
+  Literal SaldoCentroCusto, SaldoParceiroComl, IdUsuario, DesUsuario, Realizado;
 };
-
-// The columns that the ledger and its journal name alike.
-void AppendCommonColumns(Statement& statement, const EntryLiterals& entry) {
-  statement << entry.Documento << " As Documento," << entry.Valor << " As Valor," << entry.Data << " As Data,"
-            << entry.DataReferencia << " As DataReferencia," << entry.DataVencimento << " As DataVencimento,"
-            << entry.Historico << " As Historico," << entry.DataId << " As DataId," << entry.SaldoGlobal
-            << " As SaldoGlobal," << entry.SaldoConta << " As SaldoConta, " << entry.SaldoRecDesp
-            << " As SaldoRecDesp, ";
-}
 
 // The master rows of the entry, each found once when it is active and not at all otherwise: what selects from them
 // inserts one row or none. The products with zero only relate tables that have nothing else in common.
@@ -86,7 +73,7 @@ Statement EntryInsert(const EntryLiterals& entry) {
   insert << "INSERT INTO LANCAMENTOS Select " << entry.Id << " As Id, " << entry.CodConta << " As CodConta,"
          << entry.CodRecDesp << " As CodRecDesp, " << entry.CodCentroCusto << " As CodCentroCusto, "
          << entry.IdParceiroComl << " As IdParceiroComl, ";
-  AppendCommonColumns(insert, entry);
+  AppendColumns(insert, entry);
   insert << entry.SaldoCentroCusto << " As SaldoCentroCusto, " << entry.SaldoParceiroComl << " As SaldoParceiroComl, "
          << entry.IdUsuario << " As IdUsuario," << entry.Realizado
          << " As Realizado, 0 as IdConcorrencia FROM Contas As C, TiposMovimentacoes As T ";
@@ -101,13 +88,13 @@ Statement JournalInsert(const EntryLiterals& entry) {
   const bool hasPartner = !entry.IdParceiroComl.IsNull();
   Statement insert;
   insert << "INSERT INTO HISTORICOSDELANCAMENTOS Select " << DateLiteral(CurrentSession().host->Now())
-         << " AS DataHora," << NumberLiteral(kInclusion) << " As IdAcao," << entry.Id << " As Id, " << entry.CodConta
+         << " AS DataHora," << NumberLiteral(kInclusao) << " As IdAcao," << entry.Id << " As Id, " << entry.CodConta
          << " As CodConta, C.DesConta," << entry.CodRecDesp << " As CodRecDesp,T.DesMovimentacao, "
          << entry.CodCentroCusto << " As CodCentroCusto, " << (hasCentre ? Fragment("U.DesCentroDeCusto") : none)
          << " As DesCentroDeCusto," << entry.IdParceiroComl << " As IdParceiroComl,"
          << (hasPartner ? Fragment("P.Nome") : none) << " As NomeParceiro,"
          << (hasPartner ? Fragment("P.Filial") : none) << " As Filial,";
-  AppendCommonColumns(insert, entry);
+  AppendColumns(insert, entry);
   insert << entry.IdUsuario << " As IdUsuario," << entry.DesUsuario << " As DesUsuario," << entry.Realizado
          << " As Realizado FROM Contas As C , TiposMovimentacoes As T ";
   AppendActiveMasters(insert, entry);
@@ -138,10 +125,8 @@ void RefuseWrongSign(std::string_view codRecDesp, Currency valor) {
   }
 }
 
-std::int32_t Successor(std::int32_t serial) {
-  if (serial == std::numeric_limits<std::int32_t>::max()) Raise(RuntimeError::Overflow);
-  return serial + 1;
-}
+constexpr TextoDoDeslocamento kShift = {
+    .CentroCusto = ", SaldoCentroCusto = SaldoCentroCusto + Abs(Not CodCentroCusto Is NULL AND "};
 
 constexpr std::string_view kEntryNotInserted = "Não foi possível incluir o lançamento.";
 constexpr std::string_view kJournalNotInserted = "Não foi possível incluir o histórico do lançamento.";
@@ -173,23 +158,22 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
     lancamento->Validar();
     lancamento->Realizado("?");
 
-    const Classificacao classificacao = {lancamento->CodConta(), lancamento->CodRecDesp(), lancamento->CodCentroCusto(),
-                                         lancamento->IdParceiroComl()};
-    const auto [serial, saldos] = LerSerialESaldos(classificacao, DataPrevisao, Valor);
-    lancamento->SaldoParceiroComl(saldos.ParceiroComl);
-    lancamento->SaldoCentroCusto(saldos.CentroCusto);
-    lancamento->SaldoConta(saldos.Conta);
-    lancamento->SaldoRecDesp(saldos.RecDesp);
-    lancamento->SaldoGlobal(saldos.Global);
-    lancamento->Id(Successor(serial));
-    lancamento->DataId(MontarDataId(DataPrevisao, lancamento->Id()));
+    const Classificacao classificacao = internal::ClasseDe(*lancamento);
+    const Lugar lugar = LerLugar(classificacao, DataPrevisao, Valor);
+    lancamento->SaldoParceiroComl(lugar.Novos.ParceiroComl);
+    lancamento->SaldoCentroCusto(lugar.Novos.CentroCusto);
+    lancamento->SaldoConta(lugar.Novos.Conta);
+    lancamento->SaldoRecDesp(lugar.Novos.RecDesp);
+    lancamento->SaldoGlobal(lugar.Novos.Global);
+    lancamento->Id(lugar.Id);
+    lancamento->DataId(lugar.DataId);
     const EntryLiterals literals(*lancamento);
 
     std::optional<CHourGlass> busy(std::in_place);
     CDaoTrans transaction;
     transaction.BegTrans();
 
-    if (!ReivindicarSerial(serial)) {
+    if (!ReivindicarSerial(lugar.Serial)) {
       transaction.RollBack();
       busy.reset();
       GerarErro(TS_ERRO_LANCAMENTO,
@@ -207,12 +191,12 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
     if (EntryInsert(literals).Execute() == 0) explainAndFail(kEntryNotInserted);
     if (JournalInsert(literals).Execute() == 0) explainAndFail(kJournalNotInserted);
 
-    DeslocarSaldos(classificacao, Valor, lancamento->DataId());
+    DeslocarSaldos(classificacao, Valor, lugar.DataId, kShift);
 
     const std::string_view codCCusto =
         classificacao.CodCentroCusto.empty() ? db::kNoCostCentreToVerify : classificacao.CodCentroCusto;
     if (!VerificarApos(classificacao.IdParceiroComl, codCCusto, classificacao.CodConta, classificacao.CodRecDesp,
-                       lancamento->DataId(), " ", saldos)) {
+                       lugar.DataId, " ", lugar.Novos)) {
       GerarErro(TS_ERRO_LANCAMENTO,
                 "Algumas informações de controle que afetam esta operação foram modificadas simultaneamente por outro "
                 "usuário enquanto se dava a inclusão.\nPor favor, clique novamente em 'Confirmar'.");

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/Statement.h"
 #include "types/Currency.h"
 #include "types/Date.h"
 
@@ -17,6 +18,8 @@ struct Saldos {
   Currency CentroCusto;
   Currency ParceiroComl;
   Currency Global;
+
+  friend bool operator==(const Saldos&, const Saldos&) = default;
 };
 
 // What decides which balances an entry's amount enters.
@@ -27,13 +30,16 @@ struct Classificacao {
   std::int32_t IdParceiroComl = 0;  // 0: none
 };
 
-// The place of a new entry: the serial that it must claim (its id is one more) and its own five balances. The partial
-// balances of an entry without cost centre or partner are zero. A sum beyond the range of currency raises 6.
-struct SerialESaldos {
+// The place of a new entry: the serial that it must claim, its id, which is one more (beyond 32 bits: 6), its ordering
+// key and its own five balances. The partial balances of an entry without cost centre or partner are zero. A sum beyond
+// the range of currency raises 6.
+struct Lugar {
   std::int32_t Serial = 0;
+  std::int32_t Id = 0;
+  std::string DataId;
   Saldos Novos;
 };
-SerialESaldos LerSerialESaldos(const Classificacao& classificacao, Date data, Currency valor);
+Lugar LerLugar(const Classificacao& classificacao, Date data, Currency valor);
 
 // Takes the serial's successor for this writer; false when another writer took it since it was read.
 [[nodiscard]] bool ReivindicarSerial(std::int32_t serial);
@@ -42,12 +48,30 @@ SerialESaldos LerSerialESaldos(const Classificacao& classificacao, Date data, Cu
 // as text.
 std::string MontarDataId(Date data, std::int32_t id);
 
-// Adds the amount to the balances of all entries after the key that hold it.
-void DeslocarSaldos(const Classificacao& classificacao, Currency valor, std::string_view dataId);
+// The words in which an operation shifts balances. The meaning is one, the texts are each operation's own: whoever
+// traces the statements knows the operation by them.
+struct TextoDoDeslocamento {
+  Fragment Conta = "UPDATE Lancamentos Set SaldoConta = SaldoConta + Abs(";
+  Fragment RecDesp = ", SaldoRecDesp = SaldoRecDesp + Abs(";
+  Fragment TesteRecDesp = " LIKE CodRecDesp & '*') * ";
+  Fragment CentroCusto = ", SaldoCentroCusto = SaldoCentroCusto + Abs(Not CodCentroCusto Is NULL And ";
+  Fragment Parceiro = ", SaldoParceiroComl = SaldoParceiroComl + Abs(Not IdParceiroComl Is NULL And ";
+  Fragment TesteParceiro = " = IdParceiroComl) * ";
+  Fragment Global = ", SaldoGlobal = SaldoGlobal + ";
+  Fragment Onde = " where DataId > ";
+};
 
-// Reads the balances at novoDataId, leaving out the entry at antigoDataId (" ": none), and compares them with those
-// expected. Returns true; at the first difference, the trace of another writer, raises TS_ERRO_LOGIN without
-// description. A cost centre that no entry has ("@@@", "$@#") and partner 0 stand for none.
+// Adds the amount to the balances of all entries after the key that hold it.
+void DeslocarSaldos(const Classificacao& classificacao, Currency valor, std::string_view dataId,
+                    const TextoDoDeslocamento& texto);
+
+// The balances at novoDataId, without the entry at antigoDataId unless both keys are one. " " is no key; a cost centre
+// that no entry has ("@@@", "$@#") and partner 0 stand for none.
+Saldos LerSaldosAte(std::int32_t idParceiro, std::string_view codCCusto, std::string_view codConta,
+                    std::string_view codRecDesp, std::string_view novoDataId, std::string_view antigoDataId);
+
+// Compares those balances with the ones expected. Returns true; at the first difference, the trace of another writer,
+// raises TS_ERRO_LOGIN without description.
 bool VerificarApos(std::int32_t idParceiro, std::string_view codCCusto, std::string_view codConta,
                    std::string_view codRecDesp, std::string_view novoDataId, std::string_view antigoDataId,
                    const Saldos& esperados);

@@ -1,7 +1,6 @@
 #include "common/Session.h"
 
 #include "common/Engines.h"
-#include "common/Errors.h"
 
 namespace tsv {
 
@@ -23,9 +22,9 @@ Session& CurrentSession() {
   return session;
 }
 
-std::shared_ptr<db::Database> Module1::BancoAberto() {
+std::shared_ptr<db::Database> Module1::BancoAberto(TS_ERROS semBanco) {
   const std::shared_ptr<db::Database>& banco = CurrentSession().BancoDeDados;
-  if (!banco) GerarErro(TS_ERRO_NAO_INICIALIZADO, "Componente do Tesovia não inicializado.");
+  if (!banco) GerarErro(semBanco, "Componente do Tesovia não inicializado.");
   return banco;
 }
 

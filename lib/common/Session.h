@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "common/Errors.h"
 #include "common/Host.h"
 #include "db/DBEngine.h"
 
@@ -36,9 +37,9 @@ bool SessionHasEnded() noexcept;
 
 namespace Module1 {
 
-// The thread's open database; TS_ERRO_NAO_INICIALIZADO when there is none. Held by the caller while in use: a host
-// that lets other code run in between may release it.
-std::shared_ptr<db::Database> BancoAberto();
+// The thread's open database; the error, TS_ERRO_NAO_INICIALIZADO for most operations, when there is none. Held by the
+// caller while in use: a host that lets other code run in between may release it.
+std::shared_ptr<db::Database> BancoAberto(TS_ERROS semBanco = TS_ERRO_NAO_INICIALIZADO);
 
 }  // namespace Module1
 }  // namespace tsv

@@ -39,10 +39,16 @@ Literal AmountLiteral(Currency value) { return Literal(value.ToFixed2()); }
 
 Literal DateLiteral(Date value) { return Literal(DataSQL(value, 1)); }
 
+Literal DateOnlyLiteral(Date value) { return Literal(value == Date() ? "#12/30/1899#" : DataSQL(value, 2)); }
+
 std::int32_t Statement::Execute() const {
   const std::shared_ptr<db::Database> banco = BancoAberto();
   banco->Execute(text_, db::dbFailOnError);
   return banco->RecordsAffected();
+}
+
+void Statement::ExecuteOrRefuse(TS_ERROS numero, std::string_view refusal) const {
+  if (Execute() == 0) GerarErro(numero, refusal);
 }
 
 }  // namespace tsv::Module1

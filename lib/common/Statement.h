@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/Errors.h"
 #include "types/Currency.h"
 #include "types/Date.h"
 
@@ -26,6 +27,7 @@ class Literal {
   friend Literal NumberOrNull(std::int32_t value);
   friend Literal AmountLiteral(Currency value);
   friend Literal DateLiteral(Date value);
+  friend Literal DateOnlyLiteral(Date value);
   std::string text_;
 };
 
@@ -39,6 +41,7 @@ Literal NumberOrNull(std::int32_t value);  // NULL when zero
 
 Literal AmountLiteral(Currency value);  // two decimals, a point: -1234.50
 Literal DateLiteral(Date value);        // with the time of day; the zero date is NULL
+Literal DateOnlyLiteral(Date value);    // without it; the zero date is #12/30/1899#
 
 // A piece of a statement that stands in the source.
 struct Fragment {
@@ -62,10 +65,18 @@ class Statement {
     return *this;
   }
 
+  Statement& operator<<(const Statement& part) {
+    text_ += part.text_;
+    return *this;
+  }
+
   const std::string& Text() const noexcept { return text_; }
 
   // Runs it on the session's database, failing on any error; how many rows it changed.
   std::int32_t Execute() const;
+
+  // Runs a statement that must change a row; when it changes none, raises the error with the message for the user.
+  void ExecuteOrRefuse(TS_ERROS numero, std::string_view refusal) const;
 
  private:
   static constexpr std::size_t kUsualLength = 1536;  // an entry's insert; spares the text growing step by step

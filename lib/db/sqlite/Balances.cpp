@@ -42,7 +42,16 @@ bool NamesACode(std::string_view code) noexcept {
 }
 
 CodeBalances::CodeBalances(Connection& connection, const Classification& classification)
-    : codesBelow_(connection,
+    : balance_(connection,
+               Written("SELECT DataId, $balance, (SELECT CASE WHEN count(*) <= ?3 THEN coalesce(sum(CASE WHEN $counts "
+                       "THEN Valor END), 0) END "
+                       "FROM (SELECT Valor, Realizado FROM $master CROSS JOIN Lancamentos AS Since ON $code = Codigo "
+                       "WHERE Codigo > ?1 AND Codigo < ?1 || char(0x10FFFF) "
+                       "AND Since.DataId > Last.DataId AND Since.DataId < ?2 LIMIT ?3 + 1)) "
+                       "FROM Lancamentos AS Last WHERE $code = ?1 AND DataId < ?2 ORDER BY DataId DESC LIMIT 1",
+                       classification),
+               true),
+      codesBelow_(connection,
                   Written("SELECT Codigo FROM $master WHERE Codigo > ?1 AND Codigo < ?1 || char(0x10FFFF) "
                           "ORDER BY Codigo",
                           classification),
@@ -56,20 +65,18 @@ CodeBalances::CodeBalances(Connection& connection, const Classification& classif
            Written("SELECT count(*), sum(CASE WHEN $counts THEN Valor END) FROM (SELECT Valor, Realizado "
                    "FROM Lancamentos WHERE $code = ?1 AND DataId > ?2 AND DataId < ?3 LIMIT ?4 + 1)",
                    classification),
-           true),
-      below_(connection,
-             Written("SELECT count(*), sum(CASE WHEN $counts THEN Valor END) FROM (SELECT Valor, Realizado "
-                     "FROM $master CROSS JOIN Lancamentos ON $code = Codigo "
-                     "WHERE Codigo > ?1 AND Codigo < ?1 || char(0x10FFFF) AND DataId > ?2 AND DataId < ?3 "
-                     "LIMIT ?4 + 1)",
-                     classification),
-             true) {}
+           true) {}
 
 Currency CodeBalances::Before(std::string_view code, std::string_view key) {
   if (!NamesACode(code)) return {};
-  const Point last = LastPoint(code, key);
-  if (!last.key.empty()) {
-    if (const auto since = SumOfFew(below_, kFewBelow, code, last.key, key)) return last.balance + *since;
+  Point last;
+  {
+    const ScopedReset reset(balance_);
+    if (balance_.Bind(1, code).Bind(2, key).Bind(3, kFewBelow).Step()) {
+      last.balance = Amount(balance_, 1);
+      if (!balance_.IsNull(2)) return last.balance + Amount(balance_, 2);
+      last.key = balance_.Text(0);
+    }
   }
   LoadCodesBelow(code);
   return last.balance + SumOfNodes(0, codes_.size(), last.key, key);
@@ -97,12 +104,11 @@ CodeBalances::Point CodeBalances::LastPoint(std::string_view code, std::string_v
   return {std::string(lastPoint_.Text(0)), Amount(lastPoint_, 1)};
 }
 
-std::optional<Currency> CodeBalances::SumOfFew(Statement& entries, std::int64_t most, std::string_view code,
-                                               std::string_view after, std::string_view before) {
-  const ScopedReset reset(entries);
-  entries.Bind(1, code).Bind(2, after).Bind(3, before).Bind(4, most).Step();
-  if (entries.Integer(0) > most) return {};
-  return Amount(entries, 1);
+std::optional<Currency> CodeBalances::SumOfFew(std::string_view code, std::string_view after, std::string_view before) {
+  const ScopedReset reset(own_);
+  own_.Bind(1, code).Bind(2, after).Bind(3, before).Bind(4, kFew).Step();
+  if (own_.Integer(0) > kFew) return {};
+  return Amount(own_, 1);
 }
 
 Currency CodeBalances::BalanceOf(std::size_t node, std::string_view before) {
@@ -112,7 +118,7 @@ Currency CodeBalances::BalanceOf(std::size_t node, std::string_view before) {
 
 Currency CodeBalances::SumOfNode(std::size_t node, std::string_view after, std::string_view before) {
   if (after.empty()) return BalanceOf(node, before);
-  if (const auto own = SumOfFew(own_, kFew, codes_[node], after, before)) {
+  if (const auto own = SumOfFew(codes_[node], after, before)) {
     return *own + SumOfNodes(node + 1, ends_[node], after, before);
   }
   return BalanceOf(node, before) - BalanceOf(node, after);

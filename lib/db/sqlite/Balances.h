@@ -47,10 +47,8 @@ class CodeBalances {
 
   void LoadCodesBelow(std::string_view code);
   Point LastPoint(std::string_view code, std::string_view before);
-  // Of the counting entries between two keys on exactly that code (own_) or on those below it (below_); nothing when
-  // there are more entries than that.
-  std::optional<Currency> SumOfFew(Statement& entries, std::int64_t most, std::string_view code, std::string_view after,
-                                   std::string_view before);
+  // Of the counting entries between two keys on exactly that code; nothing when they are not few.
+  std::optional<Currency> SumOfFew(std::string_view code, std::string_view after, std::string_view before);
 
   Currency BalanceOf(std::size_t node, std::string_view before);
   Currency SumOfNode(std::size_t node, std::string_view after, std::string_view before);
@@ -60,10 +58,10 @@ class CodeBalances {
   std::vector<std::string> codes_;
   std::vector<std::size_t> ends_;
 
+  Statement balance_;  // the last point, and the sum since it on the codes below unless that takes too many entries
   Statement codesBelow_;
   Statement lastPoint_;
   Statement own_;
-  Statement below_;
 };
 
 // A counting entry, as far as balances are concerned.
