@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 
+#include "Limits.h"
 #include "common/Errors.h"
 #include "common/Literals.h"
 #include "types/Conversions.h"
@@ -11,23 +11,20 @@
 
 namespace tsv {
 
+using internal::kCodeLimit;
+using internal::kDocumentLimit;
+using internal::kHistoryLimit;
 using Module1::GerarErro;
 using Module1::UnderHandler;
 
 namespace {
-
-constexpr std::size_t kCodeLimit = 31;
-constexpr std::size_t kDocumentLimit = 15;
-constexpr std::size_t kHistoryLimit = 50;
 
 constexpr const char* kInvalidDate = "Data de realização inválida.";
 constexpr const char* kInvalidReferenceDate = "Data de referência inválida.";
 constexpr const char* kInvalidDueDate = "Data de vencimento inválida.";
 
 std::string_view TrimmedUpTo(std::size_t limit, std::string_view value, std::string_view refusal) {
-  const std::string_view trimmed = text::Trim(value);
-  if (text::Length(trimmed) > limit) GerarErro(TS_ERRO_LANCAMENTO, refusal);
-  return trimmed;
+  return internal::TrimmedUpTo(limit, value, TS_ERRO_LANCAMENTO, refusal);
 }
 
 void RefuseUnlessDate(const Variant& value, std::string_view refusal) {

@@ -1,19 +1,18 @@
 #include "CTransferencia.h"
 
+#include "Limits.h"
 #include "Requests.h"
 #include "common/Errors.h"
-#include "types/Text.h"
 
 namespace tsv {
 
+using internal::kCodeLimit;
+using internal::kDocumentLimit;
+using internal::kHistoryLimit;
 using Module1::GerarErro;
 using Module1::UnderHandler;
 
 namespace {
-
-constexpr std::size_t kCodeLimit = 31;
-constexpr std::size_t kDocumentLimit = 15;
-constexpr std::size_t kHistoryLimit = 50;
 
 constexpr const char* kCodeTooLong = "Código de conta não pode ter mais do que 31 caracteres.";
 constexpr const char* kHistoryTooLong = "Histórico não deve ter mais do que 50 caracteres.";
@@ -22,10 +21,8 @@ constexpr const char* kInvalidDate = "Data de transferência inválida.";
 
 [[noreturn]] void Refuse(std::string_view message) { GerarErro(TS_ERRO_TRANSFERENCIA, message); }
 
-std::string_view TrimmedUpTo(std::size_t limit, std::string_view value, std::string_view refusal) {
-  const std::string_view trimmed = text::Trim(value);
-  if (text::Length(trimmed) > limit) Refuse(refusal);
-  return trimmed;
+std::string Trimmed(std::size_t limit, std::string_view value, std::string_view refusal) {
+  return std::string(internal::TrimmedUpTo(limit, value, TS_ERRO_TRANSFERENCIA, refusal));
 }
 
 void RequireDate(Date date) {
@@ -46,32 +43,32 @@ void RequireDate(Date date) {
 
 void CTransferencia::CodContaOrigem(std::string_view valor) {
   UnderHandler("em CTransferencia.CodContaOrigem",
-               [&] { cod_conta_origem_ = TrimmedUpTo(kCodeLimit, valor, kCodeTooLong); });
+               [&] { cod_conta_origem_ = Trimmed(kCodeLimit, valor, kCodeTooLong); });
 }
 
 void CTransferencia::CodContaDestino(std::string_view valor) {
   UnderHandler("em CTransferencia.CodContaDestino",
-               [&] { cod_conta_destino_ = TrimmedUpTo(kCodeLimit, valor, kCodeTooLong); });
+               [&] { cod_conta_destino_ = Trimmed(kCodeLimit, valor, kCodeTooLong); });
 }
 
 void CTransferencia::HistoricoSaida(std::string_view valor) {
   UnderHandler("em CTransferencia.HistoricoSaida",
-               [&] { historico_saida_ = TrimmedUpTo(kHistoryLimit, valor, kHistoryTooLong); });
+               [&] { historico_saida_ = Trimmed(kHistoryLimit, valor, kHistoryTooLong); });
 }
 
 void CTransferencia::HistoricoEntrada(std::string_view valor) {
   UnderHandler("em CTransferencia.HistoricoEntrada",
-               [&] { historico_entrada_ = TrimmedUpTo(kHistoryLimit, valor, kHistoryTooLong); });
+               [&] { historico_entrada_ = Trimmed(kHistoryLimit, valor, kHistoryTooLong); });
 }
 
 void CTransferencia::DocumentoSaida(std::string_view valor) {
   UnderHandler("em CTransferencia_DocumentoSaida",
-               [&] { documento_saida_ = TrimmedUpTo(kDocumentLimit, valor, kDocumentTooLong); });
+               [&] { documento_saida_ = Trimmed(kDocumentLimit, valor, kDocumentTooLong); });
 }
 
 void CTransferencia::DocumentoEntrada(std::string_view valor) {
   UnderHandler("em CTransferencia_DocumentoEntrada",
-               [&] { documento_entrada_ = TrimmedUpTo(kDocumentLimit, valor, kDocumentTooLong); });
+               [&] { documento_entrada_ = Trimmed(kDocumentLimit, valor, kDocumentTooLong); });
 }
 
 bool internal::Validar(const CTransferencia& transferencia) {
@@ -79,10 +76,10 @@ bool internal::Validar(const CTransferencia& transferencia) {
   RequireDate(transferencia.DataDaTransferencia());
   if (transferencia.HistoricoSaida().empty()) Refuse("Informar histórico de saída.");
   if (transferencia.HistoricoEntrada().empty()) Refuse("Informar histórico de entrada.");
-  if (TrimmedUpTo(kCodeLimit, transferencia.CodContaOrigem(), kCodeTooLong).empty()) {
+  if (Trimmed(kCodeLimit, transferencia.CodContaOrigem(), kCodeTooLong).empty()) {
     Refuse("Informar código da conta de orígem.");
   }
-  if (TrimmedUpTo(kCodeLimit, transferencia.CodContaDestino(), kCodeTooLong).empty()) {
+  if (Trimmed(kCodeLimit, transferencia.CodContaDestino(), kCodeTooLong).empty()) {
     Refuse("Informar código da conta de destino.");
   }
   return true;

@@ -1,6 +1,7 @@
 #include <memory>
 #include <string>
 
+#include "Limits.h"
 #include "Loading.h"
 #include "Tesovia.h"
 #include "TransferLegs.h"
@@ -106,10 +107,10 @@ Statement ReversingInsert(const CLancamento& entry, const Classificacao& classe,
 
 std::shared_ptr<CLancamento> Reverse(const CLancamento& entry, std::int32_t idConcorrencia,
                                      std::string_view historico) {
-  constexpr std::size_t kHistoryLimit = 50;
   RefuseQuotes(historico, "Caracteres de aspas duplas ou simples não são permitidos em histórico.");
   const std::string history = RequireHistory(historico);
-  if (text::Length(text::Trim(historico)) > kHistoryLimit) Refuse("Erro: histórico com mais de 50 caracteres.");
+  if (text::Length(text::Trim(historico)) > internal::kHistoryLimit)
+    Refuse("Erro: histórico com mais de 50 caracteres.");
 
   const CHourGlass busy;
   const Classificacao classe = internal::ClasseDe(entry);

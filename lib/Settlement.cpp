@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <limits>
+#include <type_traits>
 #include <utility>
 
 #include "Loading.h"
@@ -22,6 +23,9 @@ namespace tsv {
 using namespace Module1;
 
 namespace {
+
+// What a commit has made true in the ledger must not fail to become true in memory.
+static_assert(std::is_nothrow_move_assignable_v<CLancamento>);
 
 constexpr std::string_view kOpen = "?";
 
