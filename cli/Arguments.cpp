@@ -58,6 +58,14 @@ std::int32_t NumberFrom(std::string_view text) {
   return number;
 }
 
+void CheckText(std::string_view text) {
+  if (!text::IsValidUtf8(text)) throw Failure(kUsage, "O texto não está em UTF-8.");
+  if (text.find('\'') != std::string_view::npos) {
+    throw Failure(kRefused, "Apóstrofos não são permitidos: '" + std::string(text) + "'.");
+  }
+  if (text.find_first_of("\r\n") != std::string_view::npos) throw Failure(kRefused, "Um texto é de uma só linha.");
+}
+
 std::string NotBlank(const std::string& text) {
   return text::Trim(text).empty() ? "não pode ficar em branco" : std::string();
 }

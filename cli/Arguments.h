@@ -21,6 +21,9 @@ void CheckPeriod(std::string_view from, std::string_view to);
 
 std::int32_t NumberFrom(std::string_view text);  // a whole number from 0 on
 
+// Histories, documents and codes: one line of UTF-8 without an apostrophe, which no statement of the ledger can hold.
+void CheckText(std::string_view text);
+
 // For options that may be left out but not left empty, as by a variable that nobody set: why the text is refused.
 std::string NotBlank(const std::string& text);
 

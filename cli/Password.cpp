@@ -6,7 +6,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <iostream>
 #include <optional>
 
 #include "Failure.h"
@@ -89,14 +88,6 @@ std::string NewPassword(const char* variable, const std::string& prompt) {
   std::string password = Ask(variable, prompt);
   if (Ask(variable, "Repita a senha") != password) throw Failure(kUsage, "As duas senhas não são iguais.");
   return password;
-}
-
-std::string AskFor(const std::string& prompt, const std::string& option) {
-  if (!isatty(STDIN_FILENO)) throw Failure(kUsage, "Informe " + option + ".");
-  std::cerr << prompt << ": ";
-  std::string line;
-  if (!std::getline(std::cin, line)) throw Failure(kUsage, "Informe " + option + ".");
-  return line;
 }
 
 }  // namespace tsv::cli

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 #include "Arguments.h"
 #include "Failure.h"
@@ -42,6 +43,17 @@ std::string Checked(std::string_view given, const std::string& what, std::size_t
                                 " caracteres.");
   }
   return std::string(text);
+}
+
+// Empty: the row takes postings.
+std::string WhyUnusable(const MasterTable& table, const std::string& key) {
+  Statement query;
+  query << "SELECT " << table.inactive << " FROM " << table.table << " WHERE " << table.key << " = "
+        << (table.keyIsNumber ? NumberLiteral(NumberFrom(key)) : TextLiteral(key));
+  const Module1::ScopedRecordset rows(CurrentSession().BancoDeDados->OpenRecordset(query.Text(), db::dbOpenSnapshot));
+  const std::string subject = std::string(table.title) + " '" + key + "' ";
+  if (rows->EndOfFile()) return subject + "não está cadastrad" + table.gender + ".";
+  return ToBoolean(rows->Fields(0).Value()) ? subject + "está desativad" + table.gender + "." : std::string();
 }
 
 constexpr std::size_t kCodeLimit = 31;
@@ -109,14 +121,18 @@ std::vector<std::string> CodesThatLookApart(const MasterTable& table, const std:
   return codes;
 }
 
-std::string WhyUnusable(const MasterTable& table, const std::string& key) {
-  Statement query;
-  query << "SELECT " << table.inactive << " FROM " << table.table << " WHERE " << table.key << " = "
-        << (table.keyIsNumber ? NumberLiteral(NumberFrom(key)) : TextLiteral(key));
-  const Module1::ScopedRecordset rows(CurrentSession().BancoDeDados->OpenRecordset(query.Text(), db::dbOpenSnapshot));
-  const std::string subject = std::string(table.title) + " '" + key + "' ";
-  if (rows->EndOfFile()) return subject + "não está cadastrad" + table.gender + ".";
-  return ToBoolean(rows->Fields(0).Value()) ? subject + "está desativad" + table.gender + "." : std::string();
+std::vector<std::string> WhyUnusable(const Classification& classification) {
+  const std::pair<const MasterTable*, const std::string*> named[] = {{&kContas, &classification.account},
+                                                                     {&kTipos, &classification.type},
+                                                                     {&kCentros, &classification.centre},
+                                                                     {&kParceiros, &classification.partner}};
+  std::vector<std::string> reasons;
+  for (const auto& [table, key] : named) {
+    const std::string trimmed(text::Trim(*key));
+    if (trimmed.empty()) continue;
+    if (std::string why = WhyUnusable(*table, trimmed); !why.empty()) reasons.push_back(std::move(why));
+  }
+  return reasons;
 }
 
 void InsertUser(std::int32_t id, const std::string& login, const std::string& name, const std::string& password) {

@@ -39,7 +39,18 @@ std::int32_t NextId(const MasterTable& table);
 void ExpectUnused(const MasterTable& table, const std::string& key);
 // Registered codes that contain this one, or lie in it, though no punctuation shows it: 1 and 10, LOJA and LOJA2.
 std::vector<std::string> CodesThatLookApart(const MasterTable& table, const std::string& code);
-std::string WhyUnusable(const MasterTable& table, const std::string& key);  // for postings; empty: it is usable
+
+// What an entry is classified by, as the user names it; empty: none.
+struct Classification {
+  std::string account;
+  std::string type;
+  std::string centre;
+  std::string partner;
+};
+
+// A sentence about each of them that takes no postings.
+std::vector<std::string> WhyUnusable(const Classification& classification);
+
 void InsertUser(std::int32_t id, const std::string& login, const std::string& name, const std::string& password);
 
 }  // namespace tsv::cli

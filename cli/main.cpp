@@ -5,7 +5,7 @@
 #include <iostream>
 
 #include "Commands.h"
-#include "Entries.h"
+#include "Refusals.h"
 
 namespace {
 
@@ -110,6 +110,10 @@ int main(int argc, char** argv) try {
   AddCadastrar(app, context);
   AddAtivarDesativar(app, context);
   AddLancar(app, context);
+  AddTransferir(app, context);
+  AddBaixar(app, context);
+  AddEstornar(app, context);
+  AddExcluir(app, context);
   AddImportar(app, context);
   AddExtrato(app, context);
   AddDiario(app, context);

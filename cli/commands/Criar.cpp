@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "Asking.h"
 #include "Commands.h"
 #include "Password.h"
 #include "Registration.h"
@@ -43,9 +44,8 @@ void AddCriar(CLI::App& app, Context& context) {
     context.action = [&context, name] {
       const std::string& path = context.Path();
       if (std::filesystem::exists(path)) throw Failure(kFailed, "'" + path + "' já existe.");
-      const std::string login =
-          CheckedLogin(context.usuario.empty() ? AskFor("Login do primeiro usuário", "-u LOGIN") : context.usuario);
-      const std::string fullName = CheckedName(name->empty() ? AskFor("Nome", "--nome NOME") : *name, "Nome", 50);
+      const std::string login = CheckedLogin(GivenOrAsked(context.usuario, "Login do primeiro usuário", "-u LOGIN"));
+      const std::string fullName = CheckedName(GivenOrAsked(*name, "Nome", "--nome NOME"), "Nome", 50);
       const std::string password = CheckedPassword(NewPassword("TESOVIA_SENHA", "Senha de " + login));
       context.Hide(password);
       CreateWithUser(path, login, fullName, password);

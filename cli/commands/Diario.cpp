@@ -50,7 +50,8 @@ std::string QueryFor(const Options& options) {
   if (!options.from.empty()) query << " AND DataHora >= " << DateLiteral(DateFrom(options.from));
   if (!options.to.empty()) query << " AND DataHora < " << DateLiteral(DayAfter(DateFrom(options.to)));
   if (!options.id.empty()) query << " AND Id = " << NumberLiteral(NumberFrom(options.id));
-  query << " ORDER BY DataHora, Id, IdAcao";
+  // What happened within one second, in the order in which it can happen to an entry: settled, reversed, deleted.
+  query << " ORDER BY DataHora, Id, IIf(IdAcao = 9, 4, IIf(IdAcao = 3, 10, IdAcao))";
   return query.Text();
 }
 
@@ -63,7 +64,7 @@ std::string NameOfAction(std::uint8_t code) {
     case 4:
       return "baixa total";
     case 5:
-      return "não realizado";
+      return "baixa como não realizado";
     case 6:
       return "estorno";
     case 9:

@@ -6,6 +6,7 @@
 #include "Commands.h"
 #include "Texts.h"
 #include "importing/Importer.h"
+#include "types/Erro.h"
 
 namespace tsv::cli {
 namespace {

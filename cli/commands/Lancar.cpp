@@ -4,6 +4,7 @@
 #include "Arguments.h"
 #include "Commands.h"
 #include "Entries.h"
+#include "Refusals.h"
 #include "Texts.h"
 #include "types/Conversions.h"
 
@@ -41,7 +42,8 @@ void AddLancar(CLI::App& app, Context& context) {
   command->callback([&context, entry] {
     context.action = [&context, entry] {
       if (entry->data.empty()) entry->data = Day(Today());
-      Show(*PostPatiently(context.Login(), context.Host(), *entry));
+      Tesovia& tesovia = context.Login();
+      Show(*Patiently(context.Host(), [&] { return Post(tesovia, context.Host(), *entry); }));
       return kDone;
     };
   });

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "Refusals.h"
 #include "Texts.h"
 #include "db/EngineError.h"
 
