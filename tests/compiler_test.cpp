@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "db/EngineError.h"
 #include "db/jet/DateLiteral.h"
 #include "support/PlainDialect.h"
@@ -70,6 +72,64 @@ TEST(Lexer, NumbersKeepTheirExactValueAsFarAsCurrencyGoes) {
   const std::vector<Variant> expected{2147483647,       units(21474836480000), units(3500), units(INT64_MAX),
                                       units(INT64_MIN), 922337203685477.5808,  0.00001,     100.0};
   EXPECT_EQ(lexed.literals, expected);
+}
+
+// What the lexer finds in a text, or the number of its error.
+struct Found {
+  std::string shape;
+  std::vector<Variant> literals;
+  std::int32_t error = 0;
+};
+
+template <typename Read>
+Found FoundBy(Read read) {
+  Lexed lexed;
+  try {
+    read(lexed);
+  } catch (const Erro& erro) {
+    return {.shape = {}, .literals = {}, .error = erro.Numero()};
+  }
+  return {lexed.shape, lexed.literals};
+}
+
+TEST(Lexer, AKnownShapeIsRecognisedExactlyWhereLexingFindsIt) {
+  const std::vector<std::string> pieces{
+      "a",        "AND", "LIKE", "x9", "[b c]", "[b'", "(",          ")",  "<",        "=",      "-",   "^",
+      ".",        "*",   "Eqv",  "e5", ";",     "5",   "7",          ".5", "1.5",      "-3",     "- 4", "2e3",
+      "99999999", "''",  "'x'",  "'",  "\"q\"", "#",   "#1/2/2004#", "5.", "[\x01L0]", "\x01L0", ""};
+  std::mt19937 random(4);
+  const auto any = [&](std::size_t count) { return std::uniform_int_distribution<std::size_t>(0, count - 1)(random); };
+  int recognised = 0;
+  for (int round = 0; round < 30'000; ++round) {
+    // Two texts that differ in a piece or two.
+    std::string known;
+    std::string text;
+    for (std::size_t count = any(6); count-- > 0;) {
+      const std::string blank(any(2), ' ');
+      const std::string& piece = pieces[any(pieces.size())];
+      known += blank + piece;
+      text += blank + (any(3) == 0 ? pieces[any(pieces.size())] : piece);
+    }
+    const Found first = FoundBy([&](Lexed& lexed) { Lex(known, lexed); });
+    if (first.error != 0) continue;
+    const Found second = FoundBy([&](Lexed& lexed) { Lex(text, lexed); });
+    const Found again = FoundBy([&](Lexed& lexed) {
+      if (HasShape(text, first.shape, lexed.literals)) lexed.shape = first.shape;
+    });
+    SCOPED_TRACE("<" + known + "> and <" + text + ">");
+    if (again.error != 0) {
+      ASSERT_EQ(again.error, second.error);
+    } else if (second.error == 0 && second.shape == first.shape) {
+      ASSERT_EQ(again.shape, first.shape);
+      ASSERT_EQ(again.literals, second.literals);
+      ASSERT_EQ(HeadOf(text), HeadOf(known));
+      ASSERT_EQ(HeadOf(text), HeadOf(first.shape));
+      ++recognised;
+    } else {
+      ASSERT_TRUE(again.shape.empty());
+    }
+  }
+  EXPECT_GT(recognised, 3'000);
 }
 
 TEST(DateLiteral, ReadsMonthFirstAndSwapsWhatCannotBe) {

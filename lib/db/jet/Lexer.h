@@ -28,7 +28,11 @@ struct Lexed {
 // after it, so that a statement has one shape for both signs. Raises 3075 for an unclosed text, name or date.
 void Lex(std::string_view sql, Lexed& lexed);
 
-// The same without the tokens: enough to find a statement that was compiled before.
-void LexShape(std::string_view sql, Lexed& lexed);
+// Whether sql has the shape of a statement read before, and if so its literals: the same as Lex finds, without looking
+// at what is known.
+bool HasShape(std::string_view sql, std::string_view shape, std::vector<Variant>& literals);
+
+// The beginning that all texts of one shape, and the shape itself, have in common: at most up to the first literal.
+std::string_view HeadOf(std::string_view sqlOrShape) noexcept;
 
 }  // namespace tsv::db::jet

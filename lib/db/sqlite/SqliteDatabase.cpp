@@ -195,8 +195,7 @@ void SqliteDatabase::CreateTable(const Table& table) {
 }
 
 std::shared_ptr<Template> SqliteDatabase::Compile(std::string_view sql) {
-  jet::LexShape(sql, lexed_);
-  if (auto known = cache_.Find(lexed_)) return known;
+  if (auto known = cache_.Find(sql, lexed_.literals)) return known;
   jet::Lex(sql, lexed_);
   const Catalog& catalog = CurrentCatalog();
   return cache_.Compile(lexed_, catalog);

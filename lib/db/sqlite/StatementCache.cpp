@@ -8,9 +8,9 @@
 namespace tsv::db::sqlite {
 namespace {
 
-bool Fits(const jet::Compiled& compiled, const jet::Lexed& lexed) {
+bool Fits(const jet::Compiled& compiled, const std::vector<Variant>& literals) {
   return std::all_of(compiled.fixed.begin(), compiled.fixed.end(),
-                     [&](const auto& fixed) { return lexed.literals[fixed.first] == fixed.second; });
+                     [&](const auto& fixed) { return literals[fixed.first] == fixed.second; });
 }
 
 }  // namespace
@@ -28,11 +28,11 @@ StatementLease::~StatementLease() {
   if (!source_->idle) source_->idle = std::move(statement_);
 }
 
-std::shared_ptr<Template> StatementCache::Find(const jet::Lexed& lexed) {
-  const auto [begin, end] = byShape_.equal_range(lexed.shape);
+std::shared_ptr<Template> StatementCache::Find(std::string_view sql, std::vector<Variant>& literals) {
+  const auto [begin, end] = byHead_.equal_range(jet::HeadOf(sql));
   for (auto entry = begin; entry != end; ++entry) {
     const Place place = entry->second;
-    if (!Fits((*place)->compiled, lexed)) continue;
+    if (!jet::HasShape(sql, (*place)->shape, literals) || !Fits((*place)->compiled, literals)) continue;
     templates_.splice(templates_.begin(), templates_, place);
     return *place;
   }
@@ -47,18 +47,18 @@ std::shared_ptr<Template> StatementCache::Compile(const jet::Lexed& lexed, const
   const bool again = compiled->compiled.kind != jet::StatementKind::CreateTable;
   if (!again || lexed.shape.size() > kLongestShape) return compiled;
   if (templates_.size() == kCapacity) {
-    const auto [begin, end] = byShape_.equal_range(templates_.back()->shape);
+    const auto [begin, end] = byHead_.equal_range(jet::HeadOf(templates_.back()->shape));
     const Place last = std::prev(templates_.end());
-    byShape_.erase(std::find_if(begin, end, [&](const auto& entry) { return entry.second == last; }));
+    byHead_.erase(std::find_if(begin, end, [&](const auto& entry) { return entry.second == last; }));
     templates_.pop_back();
   }
   templates_.push_front(compiled);
-  byShape_.emplace(compiled->shape, templates_.begin());
+  byHead_.emplace(jet::HeadOf(compiled->shape), templates_.begin());
   return compiled;
 }
 
 void StatementCache::Clear() {
-  byShape_.clear();
+  byHead_.clear();
   templates_.clear();
 }
 

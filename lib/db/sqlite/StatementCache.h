@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "db/Catalog.h"
 #include "db/jet/Compiler.h"
@@ -46,8 +47,9 @@ class StatementCache {
   static constexpr std::size_t kCapacity = 256;
   static constexpr std::size_t kLongestShape = 64 * 1024;  // a longer one is not worth its room
 
-  // The template of the statement, compiled against the catalog if it is new.
-  std::shared_ptr<Template> Find(const jet::Lexed& lexed);
+  // The template of the statement, and the statement's literals; nothing when it is new.
+  std::shared_ptr<Template> Find(std::string_view sql, std::vector<Variant>& literals);
+
   std::shared_ptr<Template> Compile(const jet::Lexed& lexed, const Catalog& catalog);
 
   void Clear();
@@ -58,7 +60,7 @@ class StatementCache {
 
   // The last used first. One shape has several templates when some of its literals shaped the compiled text.
   std::list<std::shared_ptr<Template>> templates_;
-  std::unordered_multimap<std::string_view, Place> byShape_;
+  std::unordered_multimap<std::string_view, Place> byHead_;
 };
 
 }  // namespace tsv::db::sqlite
