@@ -1,7 +1,6 @@
 #include "common/Literals.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <optional>
 
 #include "common/Errors.h"
@@ -42,24 +41,27 @@ std::string StoDB(std::string_view texto, std::string_view textoVazio, std::stri
 }
 
 std::string DataSQL(Date data, std::int32_t formato) {
+  const bool hasDay = formato == 1 || formato == 2;
+  const bool hasTime = formato == 1 || formato == 3;
   if (data == Date()) return "NULL";
+  if (!hasDay && !hasTime) throw Erro(TS_ERRO_LANCAMENTO, "Formato de data inválido.", "DataSQL");
   const CivilTime t = data.ToCivil();
-  char literal[64];
-  switch (formato) {
-    case 1:
-      std::snprintf(literal, sizeof literal, "#%02d/%02d/%04d %02d:%02d:%02d#", t.month, t.day, t.year, t.hour,
-                    t.minute, t.second);
-      break;
-    case 2:
-      std::snprintf(literal, sizeof literal, "#%02d/%02d/%04d#", t.month, t.day, t.year);
-      break;
-    case 3:
-      std::snprintf(literal, sizeof literal, "#%02d:%02d:%02d#", t.hour, t.minute, t.second);
-      break;
-    default:
-      throw Erro(TS_ERRO_LANCAMENTO, "Formato de data inválido.", "DataSQL");
+  std::string literal = "#";
+  const auto append = [&](int number, int digits, std::string_view after) {
+    AppendDigits(literal, number, digits);
+    literal += after;
+  };
+  if (hasDay) {
+    append(t.month, 2, "/");
+    append(t.day, 2, "/");
+    append(t.year, 4, hasTime ? " " : "");
   }
-  return literal;
+  if (hasTime) {
+    append(t.hour, 2, ":");
+    append(t.minute, 2, ":");
+    append(t.second, 2, "");
+  }
+  return literal += '#';
 }
 
 std::string VtoS(const Variant& valor, const Variant& padrao) { return ToText(IsNull(valor) ? padrao : valor); }

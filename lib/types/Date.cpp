@@ -14,13 +14,14 @@ constexpr int kSecondsPerDay = 86'400;
 constexpr std::int32_t kFirstDay = -657'434;  // 0100-01-01
 constexpr std::int32_t kLastDay = 2'958'465;  // 9999-12-31
 
+constexpr int kEpoch = 693'899;  // 1899-12-30, in days since the March that year 0 begins with
+
 // Days since the epoch, counting years from March so that the leap day is a year's last.
 std::int32_t DayOf(int year, int month, int day) {
   const int marchYear = month <= 2 ? year - 1 : year;
   const int marchMonth = (month + 9) % 12;
   const int beforeYear = marchYear * 365 + marchYear / 4 - marchYear / 100 + marchYear / 400;
-  constexpr int epoch = 693'899;  // the same count for 1899-12-30
-  return beforeYear + (marchMonth * 306 + 5) / 10 + day - 1 - epoch;
+  return beforeYear + (marchMonth * 306 + 5) / 10 + day - 1 - kEpoch;
 }
 
 struct Moment {
@@ -38,17 +39,12 @@ Moment Split(double days) {
   return moment;
 }
 
-void AppendPadded(std::string& text, int value, int width) {
-  const std::string digits = std::to_string(value);
-  text.append(static_cast<std::size_t>(width) - digits.size(), '0').append(digits);
-}
-
 void AppendTime(std::string& text, const CivilTime& civil) {
-  AppendPadded(text, civil.hour, 2);
+  AppendDigits(text, civil.hour, 2);
   text += ':';
-  AppendPadded(text, civil.minute, 2);
+  AppendDigits(text, civil.minute, 2);
   text += ':';
-  AppendPadded(text, civil.second, 2);
+  AppendDigits(text, civil.second, 2);
 }
 
 // Reads a date's text from left to right.
@@ -160,12 +156,14 @@ std::optional<Date> Date::FromText(std::string_view text) {
 CivilTime Date::ToCivil() const {
   const Moment moment = Split(days_);
   // A first guess from the mean length of a year is at most one day's year off.
-  int year = 1899 + static_cast<int>(std::floor((moment.day + 364) / 365.2425));
-  if (DayOf(year, 1, 1) > moment.day) --year;
-  if (DayOf(year + 1, 1, 1) <= moment.day) ++year;
-  int day = moment.day - DayOf(year, 1, 1) + 1;
-  int month = 1;
-  for (; day > DaysInMonth(year, month); ++month) day -= DaysInMonth(year, month);
+  int marchYear = static_cast<int>(std::floor((moment.day + kEpoch) / 365.2425));
+  if (DayOf(marchYear, 3, 1) > moment.day) --marchYear;
+  if (DayOf(marchYear + 1, 3, 1) <= moment.day) ++marchYear;
+  const int dayOfYear = moment.day - DayOf(marchYear, 3, 1);
+  const int marchMonth = (dayOfYear * 5 + 2) / 153;
+  const int day = dayOfYear - (marchMonth * 306 + 5) / 10 + 1;
+  const int month = marchMonth < 10 ? marchMonth + 3 : marchMonth - 9;
+  const int year = month <= 2 ? marchYear + 1 : marchYear;
   return {year, month, day, moment.second / 3600, moment.second / 60 % 60, moment.second % 60};
 }
 
@@ -176,11 +174,11 @@ int Date::SecondOfDay() const { return Split(days_).second; }
 std::string Date::ToIso() const {
   const CivilTime civil = ToCivil();
   std::string text;
-  AppendPadded(text, civil.year, 4);
+  AppendDigits(text, civil.year, 4);
   text += '-';
-  AppendPadded(text, civil.month, 2);
+  AppendDigits(text, civil.month, 2);
   text += '-';
-  AppendPadded(text, civil.day, 2);
+  AppendDigits(text, civil.day, 2);
   text += ' ';
   AppendTime(text, civil);
   return text;
@@ -189,16 +187,22 @@ std::string Date::ToIso() const {
 std::string Date::ToBrazilian() const {
   const CivilTime civil = ToCivil();
   std::string text;
-  AppendPadded(text, civil.day, 2);
+  AppendDigits(text, civil.day, 2);
   text += '/';
-  AppendPadded(text, civil.month, 2);
+  AppendDigits(text, civil.month, 2);
   text += '/';
-  AppendPadded(text, civil.year, 4);
+  AppendDigits(text, civil.year, 4);
   if (civil.hour != 0 || civil.minute != 0 || civil.second != 0) {
     text += ' ';
     AppendTime(text, civil);
   }
   return text;
+}
+
+void AppendDigits(std::string& text, int number, int count) {
+  int place = 1;
+  while (--count > 0) place *= 10;
+  for (; place > 0; place /= 10) text += static_cast<char>('0' + number / place % 10);
 }
 
 bool IsCalendarDay(int year, int month, int day) noexcept {

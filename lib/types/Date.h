@@ -56,6 +56,9 @@ class Date {
   double days_ = 0;
 };
 
+// Writes the last digits of a part of a date, with zeros before it.
+void AppendDigits(std::string& text, int number, int count);
+
 // Whether the three numbers name a day of the Gregorian calendar between the years 100 and 9999.
 bool IsCalendarDay(int year, int month, int day) noexcept;
 int DaysInMonth(int year, int month) noexcept;
