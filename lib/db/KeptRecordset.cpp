@@ -9,7 +9,7 @@ namespace tsv::db {
 
 std::size_t DescribedRecordset::FieldCount() const {
   RequireOpen();
-  return fields_.size();
+  return fields_->size();
 }
 
 void DescribedRecordset::Close() {
@@ -23,15 +23,15 @@ void DescribedRecordset::RequireOpen() const {
 
 const std::string& DescribedRecordset::NameAt(std::size_t index) const {
   RequireOpen();
-  return fields_[index].name;
+  return (*fields_)[index].name;
 }
 
 DataTypeEnum DescribedRecordset::TypeAt(std::size_t index) const {
   RequireOpen();
-  return fields_[index].type;
+  return (*fields_)[index].type;
 }
 
-KeptRecordset::KeptRecordset(std::vector<FieldDescription> fields, std::vector<Variant> values)
+KeptRecordset::KeptRecordset(FieldDescriptions fields, std::vector<Variant> values)
     : DescribedRecordset(std::move(fields)),
       values_(std::move(values)),
       rows_(values_.size() / Description().size()),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,9 @@ struct FieldDescription {
   DataTypeEnum type = DataTypeEnum::dbText;
 };
 
+// Shared by all recordsets of one query.
+using FieldDescriptions = std::shared_ptr<const std::vector<FieldDescription>>;
+
 // What recordsets of known fields have in common, whatever engine fills them.
 class DescribedRecordset : public Recordset {
  public:
@@ -19,17 +23,17 @@ class DescribedRecordset : public Recordset {
   void Close() override;
 
  protected:
-  explicit DescribedRecordset(std::vector<FieldDescription> fields) : fields_(std::move(fields)) {}
+  explicit DescribedRecordset(FieldDescriptions fields) : fields_(std::move(fields)) {}
 
   bool IsOpen() const noexcept { return open_; }
   void RequireOpen() const;  // 3420
-  const std::vector<FieldDescription>& Description() const noexcept { return fields_; }
+  const std::vector<FieldDescription>& Description() const noexcept { return *fields_; }
 
  private:
   const std::string& NameAt(std::size_t index) const final;
   DataTypeEnum TypeAt(std::size_t index) const final;
 
-  std::vector<FieldDescription> fields_;
+  FieldDescriptions fields_;
   bool open_ = true;
 };
 
@@ -37,7 +41,7 @@ class DescribedRecordset : public Recordset {
 class KeptRecordset final : public DescribedRecordset {
  public:
   // values: row after row.
-  KeptRecordset(std::vector<FieldDescription> fields, std::vector<Variant> values);
+  KeptRecordset(FieldDescriptions fields, std::vector<Variant> values);
 
   void MoveFirst() override;
   void MoveLast() override;

@@ -22,6 +22,7 @@ class Definition final : public QueryDef {
   template <typename Names>
   Definition(std::weak_ptr<SqliteDatabase> database, Query query, const Names& names)
       : database_(std::move(database)), query_(std::move(query)) {
+    parameters_.reserve(names.size());
     for (const auto& name : names) parameters_.push_back({std::string(name), Empty()});
   }
 
@@ -42,7 +43,14 @@ class Definition final : public QueryDef {
 std::shared_ptr<Recordset> KeepRows(StatementLease& statement) {
   std::vector<Variant> values;
   while (statement->Step()) AppendRow(statement, values);
-  return std::make_shared<KeptRecordset>(FieldsOf(statement.Compiled()), std::move(values));
+  return std::make_shared<KeptRecordset>(statement.Fields(), std::move(values));
+}
+
+const Variant& ValueOf(const std::string& name, const SqliteDatabase::Parameters& parameters) {
+  for (const QueryDef::Parameter& parameter : parameters) {
+    if (text::CompareFolded(parameter.Name, name) == 0) return parameter.Value;
+  }
+  Raise(EngineError::ItemNotFound, name);
 }
 
 std::int32_t RowsKnown(std::int32_t affected) { return affected; }
@@ -141,8 +149,9 @@ std::shared_ptr<Recordset> SqliteDatabase::Select(std::string_view sql, Recordse
     }
     StatementLease statement(*connection_, source);
     if (!statement->IsReadOnly()) Raise(EngineError::InvalidOperation);
-    Bind(*statement, compiled, parameters ? *parameters : Parameters());
-    return type == dbOpenForwardOnly ? Stream(std::move(statement)) : KeepRows(statement);
+    const bool streams = type == dbOpenForwardOnly;
+    Bind(*statement, compiled, parameters, streams ? Texts::Copied : Texts::Lent);
+    return streams ? Stream(std::move(statement)) : KeepRows(statement);
   });
 }
 
@@ -176,7 +185,7 @@ std::int32_t SqliteDatabase::Change(std::string_view sql) {
     return 0;
   }
   StatementLease statement(*connection_, source);
-  Bind(*statement, compiled, {});
+  Bind(*statement, compiled, nullptr, Texts::Lent);
   statement->Run();
   const std::int64_t changed = sqlite3_changes64(connection_->Handle());
   return static_cast<std::int32_t>(std::min<std::int64_t>(changed, std::numeric_limits<std::int32_t>::max()));
@@ -212,20 +221,12 @@ const Catalog& SqliteDatabase::CurrentCatalog() {
   return catalog_;
 }
 
-void SqliteDatabase::Bind(Statement& statement, const jet::Compiled& compiled, const Parameters& parameters) const {
+void SqliteDatabase::Bind(Statement& statement, const jet::Compiled& compiled, const Parameters* parameters,
+                          Texts texts) const {
   int place = 0;
   for (const jet::ParameterSlot& slot : compiled.parameters) {
-    ++place;
-    if (slot.literal) {
-      BindStored(statement, place, lexed_.literals[*slot.literal], slot.type);
-      continue;
-    }
-    const auto named = [&](const QueryDef::Parameter& parameter) {
-      return text::CompareFolded(parameter.Name, slot.name) == 0;
-    };
-    const auto found = std::find_if(parameters.begin(), parameters.end(), named);
-    if (found == parameters.end()) Raise(EngineError::ItemNotFound, slot.name);
-    BindStored(statement, place, found->Value, slot.type);
+    const Variant& value = slot.literal ? lexed_.literals[*slot.literal] : ValueOf(slot.name, *parameters);
+    BindStored(statement, ++place, value, slot.type, texts);
   }
 }
 

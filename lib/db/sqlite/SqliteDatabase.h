@@ -11,6 +11,7 @@
 #include "db/sqlite/Balances.h"
 #include "db/sqlite/Connection.h"
 #include "db/sqlite/StatementCache.h"
+#include "db/sqlite/StoredValue.h"
 
 namespace tsv::db::sqlite {
 
@@ -58,7 +59,7 @@ class SqliteDatabase final : public Database, public std::enable_shared_from_thi
 
   std::shared_ptr<Template> Compile(std::string_view sql);
   const Catalog& CurrentCatalog();
-  void Bind(Statement& statement, const jet::Compiled& compiled, const Parameters& parameters) const;
+  void Bind(Statement& statement, const jet::Compiled& compiled, const Parameters* parameters, Texts texts) const;
   std::shared_ptr<Recordset> Select(std::string_view sql, RecordsetTypeEnum type, const Parameters* parameters);
   std::int32_t Change(std::string_view sql);
   void CreateTable(const Table& table);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "db/sqlite/SqliteDialect.h"
+#include "db/sqlite/StoredValue.h"
 
 namespace tsv::db::sqlite {
 namespace {
@@ -11,6 +12,13 @@ namespace {
 bool Fits(const jet::Compiled& compiled, const std::vector<Variant>& literals) {
   return std::all_of(compiled.fixed.begin(), compiled.fixed.end(),
                      [&](const auto& fixed) { return literals[fixed.first] == fixed.second; });
+}
+
+FieldDescriptions FieldsOf(const jet::Compiled& compiled) {
+  auto fields = std::make_shared<std::vector<FieldDescription>>();
+  fields->reserve(compiled.columns.size());
+  for (const jet::ResultColumn& column : compiled.columns) fields->push_back({column.name, DataTypeOf(column.type)});
+  return fields;
 }
 
 }  // namespace
@@ -43,6 +51,7 @@ std::shared_ptr<Template> StatementCache::Compile(const jet::Lexed& lexed, const
   auto compiled = std::make_shared<Template>();
   compiled->shape = lexed.shape;
   compiled->compiled = jet::Compile(lexed, catalog, SqliteDialect());
+  compiled->fields = FieldsOf(compiled->compiled);
   // A table is made once: there is nothing to keep.
   const bool again = compiled->compiled.kind != jet::StatementKind::CreateTable;
   if (!again || lexed.shape.size() > kLongestShape) return compiled;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "db/Catalog.h"
+#include "db/KeptRecordset.h"
 #include "db/jet/Compiler.h"
 #include "db/jet/Lexer.h"
 #include "db/sqlite/Connection.h"
@@ -20,6 +21,7 @@ namespace tsv::db::sqlite {
 struct Template {
   std::string shape;
   jet::Compiled compiled;
+  FieldDescriptions fields;  // of a SELECT
   std::optional<Statement> idle;
 };
 
@@ -35,6 +37,7 @@ class StatementLease {
   Statement& operator*() { return *statement_; }
   Statement* operator->() { return &*statement_; }
   const jet::Compiled& Compiled() const { return source_->compiled; }
+  const FieldDescriptions& Fields() const { return source_->fields; }
 
  private:
   std::shared_ptr<Template> source_;

@@ -53,6 +53,10 @@ void Add(FiveBalances& sums, const Subject& subject, const CountingEntry& entry,
 
 FieldDescription Amount(std::string name) { return {std::move(name), DataTypeEnum::dbCurrency}; }
 
+FieldDescriptions Described(std::vector<FieldDescription> fields) {
+  return std::make_shared<const std::vector<FieldDescription>>(std::move(fields));
+}
+
 Subject SubjectOf(const Parameters& parameters) {
   return {TextOf(parameters[2].Value), TextOf(parameters[3].Value), TextOf(parameters[1].Value),
           NumberOf(parameters[0].Value)};
@@ -63,16 +67,19 @@ std::shared_ptr<Recordset> SerialAndBalances(Balances& balances, const Parameter
   const std::optional<std::int64_t> serial = balances.Serial();
   const std::string key = EntryKey(ToDate(parameters[4].Value), serial.value_or(0) + 1);
   const FiveBalances sums = BalancesBefore(balances, subject, key);
-  std::vector<FieldDescription> fields = {
-      {"SERIAL", DataTypeEnum::dbLong}, Amount("SaldoParceiro"), Amount("SaldoCCusto"), Amount("SaldoConta"),
-      Amount("SaldoRecDesp"),           Amount("SaldoGlobal")};
+  static const FieldDescriptions fields = Described({{"SERIAL", DataTypeEnum::dbLong},
+                                                     Amount("SaldoParceiro"),
+                                                     Amount("SaldoCCusto"),
+                                                     Amount("SaldoConta"),
+                                                     Amount("SaldoRecDesp"),
+                                                     Amount("SaldoGlobal")});
   std::vector<Variant> row = {serial ? Variant(static_cast<std::int32_t>(*serial)) : Variant(Null()),
                               sums.partner,
                               sums.costCentre,
                               sums.account,
                               sums.type,
                               sums.global};
-  return std::make_shared<KeptRecordset>(std::move(fields), std::move(row));
+  return std::make_shared<KeptRecordset>(fields, std::move(row));
 }
 
 std::shared_ptr<Recordset> LastBalances(Balances& balances, const Parameters& parameters) {
@@ -84,10 +91,11 @@ std::shared_ptr<Recordset> LastBalances(Balances& balances, const Parameters& pa
   if (oldKey < newKey) {
     if (const auto entry = balances.EntryAt(oldKey)) Add(sums, subject, *entry, -entry->amount);
   }
-  std::vector<FieldDescription> fields = {Amount("SaldoConta"), Amount("SaldoRecDesp"), Amount("SaldoCCusto"),
-                                          Amount("SaldoParceiro"), Amount("SaldoGlobal")};
+  static const FieldDescriptions fields =
+      Described({Amount("SaldoConta"), Amount("SaldoRecDesp"), Amount("SaldoCCusto"), Amount("SaldoParceiro"),
+                 Amount("SaldoGlobal")});
   std::vector<Variant> row = {sums.account, sums.type, sums.costCentre, sums.partner, sums.global};
-  return std::make_shared<KeptRecordset>(std::move(fields), std::move(row));
+  return std::make_shared<KeptRecordset>(fields, std::move(row));
 }
 
 }  // namespace

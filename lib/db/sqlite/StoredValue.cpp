@@ -32,7 +32,8 @@ ValueType OwnType(const Variant& value) {
   }
 }
 
-// Hands the stored form of a value to a sink: Null(), Integer(n), Real(x) or Text(s), whose text lives for the call.
+// Hands the stored form of a value to a sink: Null(), Integer(n), Real(x), OwnText(s), which is the value's, or
+// MadeText(s), which lives for the call.
 template <typename Sink>
 void Store(const Variant& value, ValueType type, Sink&& sink) {
   if (IsNull(value)) return sink.Null();
@@ -49,13 +50,13 @@ void Store(const Variant& value, ValueType type, Sink&& sink) {
     case ValueType::Double:
       return sink.Real(ToDouble(value));
     case ValueType::Date:
-      return sink.Text(ToDate(value).ToIso());
+      return sink.MadeText(ToDate(value).ToIso());
     case ValueType::Null:
     case ValueType::Text:
       break;
   }
-  if (const auto* text = std::get_if<std::string>(&value)) return sink.Text(*text);
-  sink.Text(jet::TextOf(value));
+  if (const auto* text = std::get_if<std::string>(&value)) return sink.OwnText(*text);
+  sink.MadeText(jet::TextOf(value));
 }
 
 int Length(std::string_view text) {
@@ -67,11 +68,16 @@ int Length(std::string_view text) {
 struct BindingSink {
   sqlite3_stmt* statement;
   int place;
+  Texts texts;
 
   void Null() const { sqlite3_bind_null(statement, place); }
   void Integer(std::int64_t value) const { sqlite3_bind_int64(statement, place, value); }
   void Real(double value) const { sqlite3_bind_double(statement, place, value); }
-  void Text(std::string_view text) const {
+  void OwnText(std::string_view text) const {
+    sqlite3_bind_text(statement, place, text.data(), Length(text),
+                      texts == Texts::Lent ? SQLITE_STATIC : SQLITE_TRANSIENT);
+  }
+  void MadeText(std::string_view text) const {
     sqlite3_bind_text(statement, place, text.data(), Length(text), SQLITE_TRANSIENT);
   }
 };
@@ -82,7 +88,10 @@ struct ReturningSink {
   void Null() const { sqlite3_result_null(context); }
   void Integer(std::int64_t value) const { sqlite3_result_int64(context, value); }
   void Real(double value) const { sqlite3_result_double(context, value); }
-  void Text(std::string_view text) const { sqlite3_result_text(context, text.data(), Length(text), SQLITE_TRANSIENT); }
+  void OwnText(std::string_view text) const { MadeText(text); }
+  void MadeText(std::string_view text) const {
+    sqlite3_result_text(context, text.data(), Length(text), SQLITE_TRANSIENT);
+  }
 };
 
 std::string_view TextOf(sqlite3_value* value) {
@@ -127,8 +136,8 @@ Date ReadDate(std::string_view text) {
 
 }  // namespace
 
-void BindStored(Statement& statement, int place, const Variant& value, ValueType type) {
-  Store(value, type, BindingSink{statement.Handle(), place});
+void BindStored(Statement& statement, int place, const Variant& value, ValueType type, Texts texts) {
+  Store(value, type, BindingSink{statement.Handle(), place, texts});
 }
 
 void ReturnStored(sqlite3_context* context, const Variant& value, ValueType type) {

@@ -7,13 +7,6 @@
 
 namespace tsv::db::sqlite {
 
-std::vector<FieldDescription> FieldsOf(const jet::Compiled& compiled) {
-  std::vector<FieldDescription> fields;
-  fields.reserve(compiled.columns.size());
-  for (const jet::ResultColumn& column : compiled.columns) fields.push_back({column.name, DataTypeOf(column.type)});
-  return fields;
-}
-
 void AppendRow(StatementLease& statement, std::vector<Variant>& values) {
   int place = 0;
   for (const jet::ResultColumn& column : statement.Compiled().columns) {
@@ -23,7 +16,7 @@ void AppendRow(StatementLease& statement, std::vector<Variant>& values) {
 }
 
 StreamedRecordset::StreamedRecordset(StatementLease statement)
-    : DescribedRecordset(FieldsOf(statement.Compiled())), statement_(std::move(statement)) {
+    : DescribedRecordset(statement.Fields()), statement_(std::move(statement)) {
   Advance();
 }
 

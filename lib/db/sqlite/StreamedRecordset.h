@@ -11,8 +11,6 @@
 
 namespace tsv::db::sqlite {
 
-std::vector<FieldDescription> FieldsOf(const jet::Compiled& compiled);
-
 // The values of the statement's current row, added to those of earlier rows.
 void AppendRow(StatementLease& statement, std::vector<Variant>& values);
 
