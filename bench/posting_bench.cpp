@@ -132,8 +132,8 @@ int main(int argc, char** argv) {
     Register("append/library/10k", small, Writer::Library, 300);
     Register("append/floor/1M", large, Writer::Floor, 300);
     Register("append/library/1M", large, Writer::Library, 300);
-    Register("backdated100k/floor/1M", large, Writer::Floor, 1, backDated);
-    Register("backdated100k/library/1M", large, Writer::Library, 1, backDated);
+    Register("backdated100k/floor/1M", large, Writer::Floor, 3, backDated);
+    Register("backdated100k/library/1M", large, Writer::Library, 3, backDated);
     Register("parent/never/library/1M", large, Writer::LibraryForgetting, 20, neverUsed);
     Register("parent/seldom/library/1M", large, Writer::LibraryForgetting, 20, seldomUsed);
     Medians medians;
