@@ -18,7 +18,7 @@ namespace {
 
 // Reversed entries and those that reverse them are stored alike but for their marks.
 std::string NameOfState(const db::Recordset& rows) {
-  const std::string letter = Shown(rows.Fields("Realizado").Value());
+  std::string letter = Shown(rows.Fields("Realizado").Value());
   if (letter == "E" && !ToBoolean(rows.Fields("Estornado").Value())) return "estorno";
   for (const auto& [name, value] : kStates) {
     if (letter == value) return name;

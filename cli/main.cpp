@@ -54,6 +54,7 @@ std::string UsageText(const CLI::ParseError& error, const CLI::App& app) {
   if (kind == "RequiredError") return "Faltando informar " + upTo(" is req") + ".";
   if (text.starts_with("The following arg")) return "Não entendi " + from("expected: ") + ".";
   if (kind == "ExcludesError") return upTo(" excludes ") + " não vale com " + from(" excludes ") + ".";
+  if (text.find(": At most") != std::string::npos) return upTo(":") + " foi informado mais de uma vez.";
   if (kind == "ArgumentMismatch") return "Faltando o valor de " + upTo(":") + ".";
   if (kind == "ValidationError") return "Valor inválido em " + upTo(":") + ".";
   return "Argumentos inválidos: " + text;

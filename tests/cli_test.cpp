@@ -4,7 +4,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -48,22 +50,27 @@ class CliTest : public Test {
   }
   ~CliTest() override { fs::remove_all(folder_); }
 
-  Outcome Run(const std::vector<std::string>& arguments) {
+  Outcome Run(const std::vector<std::string>& arguments) { return Await(Start(arguments)); }
+
+  // A command that runs beside others writes its output under names of its own.
+  Outcome Await(pid_t child, const std::string& suffix = {}) {
     int status = 0;
-    waitpid(Start(arguments), &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ContentOf(folder_ / "out"), ContentOf(folder_ / "err")};
+    waitpid(child, &status, 0);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ContentOf(folder_ / ("out" + suffix)),
+            ContentOf(folder_ / ("err" + suffix))};
   }
 
-  pid_t Start(const std::vector<std::string>& arguments) {
-    const fs::path out = folder_ / "out";
-    const fs::path err = folder_ / "err";
+  pid_t Start(const std::vector<std::string>& arguments, const std::string& suffix = {},
+              const std::string& input = "/dev/null") {
+    const fs::path out = folder_ / ("out" + suffix);
+    const fs::path err = folder_ / ("err" + suffix);
     std::vector<char*> argv{const_cast<char*>("tesovia")};
     for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
     const pid_t child = fork();
     if (child == 0) {
       setsid();  // no terminal: a password that is asked for fails instead of hanging the test
-      Redirect("/dev/null", O_RDONLY, STDIN_FILENO);
+      Redirect(input, O_RDONLY | O_NOCTTY, STDIN_FILENO);
       Redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
       Redirect(err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
       for (const char* name : {"TESOVIA_ARQUIVO", "TESOVIA_USUARIO", "TESOVIA_SENHA", "TESOVIA_SENHA_NOVA"}) {
@@ -83,10 +90,14 @@ class CliTest : public Test {
 
   // A refusal tells why on standard error and says nothing on standard output.
   void ExpectRefused(int code, const std::string& reason, const std::vector<std::string>& arguments) {
+    EXPECT_EQ(ExpectFailure(code, reason, arguments).out, "");
+  }
+
+  Outcome ExpectFailure(int code, const std::string& reason, const std::vector<std::string>& arguments) {
     const Outcome outcome = Run(arguments);
     EXPECT_EQ(outcome.code, code) << outcome;
     EXPECT_TRUE(Contains(outcome.err, reason)) << "expected: " << reason << '\n' << outcome;
-    EXPECT_EQ(outcome.out, "");
+    return outcome;
   }
 
   void MakeCompany() {
@@ -120,6 +131,16 @@ class CliTest : public Test {
     const Outcome outcome = Run({"consultar", sql, "--json"});
     EXPECT_EQ(outcome.code, 0) << outcome;
     return nlohmann::json::parse(outcome.out, nullptr, false);
+  }
+
+  // These fields of one entry, as the statement writes them.
+  std::string Fields(int id, const std::vector<std::string>& names) {
+    nlohmann::json values;
+    for (const auto& row : nlohmann::json::parse(Run({"extrato", "--json"}).out, nullptr, false)) {
+      if (row["Id"] != id) continue;
+      for (const std::string& field : names) values.push_back(row.value(field, nlohmann::json("?")));
+    }
+    return values.dump();
   }
 
   // Changes the file behind the ledger's back.
@@ -226,6 +247,172 @@ TEST_F(CliTest, TellsWhyAPostingIsRefused) {
       "cliente/fornecedor foi desativado.\nConta '1' está desativada.\n");
   ExpectDone({"ativar", "conta", "1"});
   ExpectDone(Posting("01/07/2026", "1", "1", "R"));
+}
+
+TEST_F(CliTest, SettlesReversesAndDeletesEntries) {
+  MakeCompany();
+  ExpectDone(Posting("01/07/2026", "1.000,00", "1", "R"));
+  ExpectDone(Posting("02/07/2026", "-400,00", "1.1", "D", {"--centro", "L", "--parceiro", "1"}));
+  ExpectDone(Posting("03/07/2026", "50,00", "2", "A"));
+  ExpectDone(Posting("05/07/2026", "7,00", "1", "A"));
+
+  const Outcome part = Run({"baixar", "2", "--parcial", "--valor", "-300,00", "--data", "04/07/2026"});
+  const std::size_t after = part.out.find("\nDepois da baixa parcial:\n");
+  ASSERT_NE(after, std::string::npos) << part;
+  EXPECT_TRUE(part.out.starts_with("Antes:\nData ") && Contains(part.out.substr(0, after), "-400,00  aberto         0"))
+      << part;
+  EXPECT_TRUE(Contains(part.out.substr(after), "-300,00  realizado       1")) << part;
+  ExpectDone({"baixar", "1", "--total", "--data", "2026-07-01", "--valor", "1000"});
+  ExpectDone({"baixar", "3", "--nao-realizado"});
+  ExpectDone({"baixar", "4", "--total"});
+  EXPECT_EQ(Fields(2, {"Data", "ValorPago", "IdConcorrencia", "SaldoGlobal"}),
+            R"(["2026-07-04","-300.00",1,"700.00"])");
+  EXPECT_EQ(Fields(3, {"Data", "Realizado", "SaldoGlobal"}), R"(["2026-07-03","nao-realizado","1000.00"])");
+  EXPECT_EQ(Rows("SELECT Data - Date() As Dias FROM Lancamentos WHERE Id = 4")[0]["Dias"], 0);
+  EXPECT_TRUE(Contains(Run({"extrato"}).out, "entradas 1.007,00; saídas -300,00; fora dos saldos, 1 não realizado."));
+
+  ExpectDone({"estornar", "1", "--historico", "Engano meu"});
+  const std::vector<std::string> marks{"Realizado", "Historico", "Valor", "IdConcorrencia", "Estorno", "Estornado"};
+  EXPECT_EQ(Fields(1, marks), R"(["estornado","MOVIMENTO","1000.00",2,false,true])");
+  EXPECT_EQ(Fields(5, marks), R"(["estorno","ENGANO MEU","-1000.00",0,true,false])");
+  const Outcome deleted = Run({"excluir", "2"});
+  EXPECT_TRUE(Contains(deleted.out,
+                       "\nLançamento 2 de 04/07/2026 excluído. Sem ele, saldo da conta 1.1 naquele ponto: "
+                       "0,00; saldo global: 0,00.\n"))
+      << deleted;
+  EXPECT_EQ(Rows("SELECT Count(*) As N FROM Lancamentos")[0]["N"], 4);
+  ExpectDone({"verificar"});
+
+  std::map<int, std::string> actions;
+  for (const auto& row : nlohmann::json::parse(Run({"diario", "--json"}).out, nullptr, false)) {
+    actions[row["Id"]] += row["IdAcao"].get<std::string>() + ";";
+  }
+  EXPECT_EQ(actions[1], "inclusão;baixa total;estorno;");
+  EXPECT_EQ(actions[2], "inclusão;baixa parcial;exclusão;");
+  EXPECT_EQ(actions[3], "inclusão;baixa como não realizado;");
+  EXPECT_EQ(actions[5], "estorno;");
+}
+
+TEST_F(CliTest, ChangesBothLegsOfATransfer) {
+  MakeCompany();
+  ExpectDone(Posting("03/07/2026", "100,00", "1.1", "R"));
+  const auto transfer = [](const std::string& to, const std::string& amount, const std::vector<std::string>& rest) {
+    std::vector<std::string> all{"transferir", "--de", "1", "--para", to, "--valor", amount, "--data", "02/07/2026"};
+    all.insert(all.end(), rest.begin(), rest.end());
+    return all;
+  };
+  ExpectDone(transfer("2", "2.500,50",
+                      {"--historico", "Depósito", "--historico-entrada", "Recebido", "--documento", "GUIA 7"}));
+  const std::vector<std::string> fields{"CodConta", "Historico", "Documento", "Valor", "SaldoConta", "Transferencia"};
+  EXPECT_EQ(Fields(2, fields), R"(["1","Depósito","GUIA 7","-2500.50","-2500.50",1])");
+  EXPECT_EQ(Fields(3, fields), R"(["2","Recebido","GUIA 7","2500.50","2500.50",2])");
+
+  ExpectFailure(1, "não pode ser baixado com data diferente", {"baixar", "3", "--total", "--data", "04/07/2026"});
+  ExpectDone({"baixar", "3", "--total"});  // on its own day, not today
+  EXPECT_EQ(Fields(2, {"Realizado", "ValorPago"}), R"(["realizado","-2500.50"])");
+  const Outcome reversed = Run({"estornar", "2", "--historico", "Conta errada"});
+  for (const char* row : {"2  1      001", "3  2      001", "4  1      001", "5  2      001"}) {
+    EXPECT_TRUE(Contains(reversed.out.substr(reversed.out.find("Depois")), row)) << row << '\n' << reversed;
+  }
+  ExpectDone(transfer("2", "1", {"--historico-saida", "Vai", "--historico-entrada", "Vem"}));
+  const Outcome deleted = Run({"excluir", "7"});
+  EXPECT_TRUE(Contains(deleted.out, "Lançamento 6 de 02/07/2026 excluído.")) << deleted;
+  EXPECT_TRUE(Contains(deleted.out, "Lançamento 7 de 02/07/2026 excluído.")) << deleted;
+  EXPECT_EQ(Rows("SELECT Count(*) As N FROM Lancamentos")[0]["N"], 5);
+  ExpectDone({"verificar"});
+
+  ExpectRefused(2, "Informe --historico TEXTO", transfer("2", "1", {"--historico-saida", "Vai"}));
+  ExpectRefused(2, "Informe --para CONTA", {"transferir", "--de", "1"});
+  ExpectRefused(2, "--de e --para são a mesma", transfer(" 1 ", "1", {"--historico", "X"}));
+  ExpectRefused(2, "maior do que zero", transfer("2", "0", {"--historico", "X"}));
+  ExpectRefused(1, "Apóstrofos não são permitidos", transfer("2", "1", {"--historico", "Caixa d'água"}));
+  ExpectRefused(1, "mais do que 50 caracteres", transfer("2", "1", {"--historico", std::string(51, 'X')}));
+  ExpectRefused(1, "Conta '9' não está cadastrada.", transfer("9", "1", {"--historico", "X"}));
+}
+
+TEST_F(CliTest, TellsWhyAnEntryCannotBeChanged) {
+  MakeCompany();
+  ExpectDone(Posting("01/07/2026", "100,00", "1.1", "R"));
+  ExpectRefused(2, "Informe o ID do lançamento.", {"excluir"});
+  ExpectRefused(2, "Número inválido 'um'", {"excluir", "um"});
+  ExpectRefused(2, "Informe --total, --parcial ou --nao-realizado.", {"baixar", "1"});
+  ExpectRefused(2, "--total não vale com --parcial", {"baixar", "1", "--total", "--parcial"});
+  ExpectRefused(2, "Informe --valor VALOR.", {"baixar", "1", "--parcial"});
+  ExpectRefused(2, "não pode ser zero", {"baixar", "1", "--parcial", "--valor", "0,00"});
+  ExpectRefused(2, "mantém data e valor", {"baixar", "1", "--nao-realizado", "--data", "01/07/2026"});
+  ExpectRefused(2, "Informe --historico TEXTO.", {"estornar", "1"});
+  ExpectRefused(1, "O lançamento 9 não existe.", {"estornar", "9", "--historico", "X"});
+  ExpectFailure(1, "sinal diferente", {"baixar", "1", "--parcial", "--valor", "-50"});
+  ExpectFailure(1, "valor baixado diferente", {"baixar", "1", "--total", "--valor", "99"});
+  const Outcome changed = ExpectFailure(1, "outro usuário o alterou", {"excluir", "1", "--versao", "1"});
+  EXPECT_TRUE(Contains(changed.out, "aberto         0")) << changed;  // what it is now
+  ExpectDone({"desativar", "conta", "1.1"});
+  ExpectFailure(1, "Conta '1.1' está desativada.", {"baixar", "1", "--total"});
+  ExpectFailure(1, "Conta '1.1' está desativada.", {"estornar", "1", "--historico", "X"});
+  ExpectDone({"ativar", "conta", "1.1"});
+  ExpectDone({"baixar", "1", "--nao-realizado", "--versao", "0"});
+  ExpectFailure(1, "O lançamento já está baixado.", {"baixar", "1", "--total"});
+}
+
+TEST_F(CliTest, AsksAtATerminalAndChangesOnlyWhatWasSeen) {
+  MakeCompany();
+  for (int entry = 0; entry < 2; ++entry) ExpectDone(Posting("01/07/2026", "100,00", "1.1", "R"));
+  const int keyboard = posix_openpt(O_RDWR | O_NOCTTY);
+  ASSERT_TRUE(keyboard >= 0 && grantpt(keyboard) == 0 && unlockpt(keyboard) == 0);
+  const std::string terminal = ptsname(keyboard);
+  const int kept = open(terminal.c_str(), O_RDWR | O_NOCTTY);  // what is typed early waits in it
+  const auto type = [keyboard](const std::string& keys) {
+    EXPECT_EQ(write(keyboard, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+  };
+  const auto runTyping = [&](const std::string& keys, const std::vector<std::string>& arguments) {
+    type(keys);
+    return Await(Start(arguments, "-terminal", terminal), "-terminal");
+  };
+
+  EXPECT_EQ(runTyping("1\np\n60,00\n", {"baixar", "--data", "02/07/2026"}).code, 0);
+  EXPECT_EQ(Fields(1, {"Data", "Valor"}), R"(["2026-07-02","60.00"])");
+  const Outcome unsure = runTyping("\n", {"excluir", "1"});
+  EXPECT_EQ(unsure.code, 1);
+  EXPECT_TRUE(Contains(unsure.err, "Excluir este lançamento? (s/N): Nada foi excluído.\n")) << unsure;
+  EXPECT_EQ(runTyping("Troco\nn\n", {"estornar", "1"}).code, 1);
+  EXPECT_EQ(Fields(1, {"Estornado", "IdConcorrencia"}), "[false,1]");
+  EXPECT_EQ(runTyping("", {"estornar", "1", "--historico", "X", "--sim"}).code, 0);
+
+  // Another user settles the entry between its being shown and confirmed.
+  const pid_t slow = Start({"excluir", "2"}, "-terminal", terminal);
+  while (!Contains(ContentOf(folder_ / "err-terminal"), "(s/N)") && waitpid(slow, nullptr, WNOHANG) == 0) usleep(1000);
+  ExpectDone({"baixar", "2", "--total"});
+  type("s\n");
+  const Outcome late = Await(slow, "-terminal");
+  EXPECT_EQ(late.code, 1) << late;
+  EXPECT_TRUE(Contains(late.err, "outro usuário o alterou enquanto você o acessava")) << late;
+  EXPECT_EQ(Fields(2, {"Realizado"}), R"(["realizado"])");
+  EXPECT_EQ(runTyping("S\n", {"excluir", "2"}).code, 0);
+  close(kept);
+  close(keyboard);
+}
+
+TEST_F(CliTest, CommandsThatComeSecondTryAgain) {
+  MakeCompany();
+  for (int entry = 0; entry < 5; ++entry) ExpectDone(Posting("01/07/2026", "100,00", "1.1", "R"));
+  const std::vector<std::string> transfer{"transferir", "--de", "1", "--para", "2", "--valor", "5", "--historico", "T"};
+  const std::vector<std::vector<std::string>> commands = {{"excluir", "1"},
+                                                          {"estornar", "2", "--historico", "E"},
+                                                          {"baixar", "3", "--total"},
+                                                          {"baixar", "4", "--parcial", "--valor", "1,00"},
+                                                          {"baixar", "5", "--nao-realizado"},
+                                                          Posting("30/06/2026", "1,00", "1", "R"),
+                                                          Posting("30/06/2026", "2,00", "1", "R"),
+                                                          transfer,
+                                                          transfer};
+  std::vector<pid_t> running;
+  for (const auto& command : commands) running.push_back(Start(command, std::to_string(running.size())));
+  for (std::size_t i = 0; i < running.size(); ++i) {
+    const Outcome outcome = Await(running[i], std::to_string(i));
+    EXPECT_EQ(outcome.code, 0) << commands[i][0] << ' ' << outcome;
+  }
+  EXPECT_EQ(Rows("SELECT Count(*) As N FROM Lancamentos")[0]["N"], 5 - 1 + 1 + 2 + 4);
+  ExpectDone({"verificar"});
 }
 
 TEST_F(CliTest, ExitCodesTellFailuresApart) {
