@@ -1,5 +1,6 @@
 #!/bin/sh
 # Builds and tests everything: ./test.sh, or only some stages: ./test.sh dev asan tsan format tidy
+# ./test.sh --longo leads the ledger through 200,000 random operations, each held against a model; TSV_SEED repeats them.
 # Installs the Debian packages that are missing. With CI=true the random walks of the SQL front end last a minute.
 set -eu
 cd "$(dirname "$0")"
@@ -36,6 +37,12 @@ for stage in $stages; do
       run cmake --preset tsan
       run cmake --build --preset tsan --target concurrency_test
       steady ctest --preset tsan -R '^concurrency_test$'
+      ;;
+    --longo)
+      say "The ledger against its model: 200,000 operations"
+      run cmake --preset release
+      run cmake --build --preset release --target model_test
+      run env TSV_OPERATIONS=200000 ${TSV_SEED:+"TSV_SEED=$TSV_SEED"} build/release/tests/model_test
       ;;
     format)
       say "Layout of the sources"
