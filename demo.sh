@@ -54,8 +54,39 @@ say "An entry of 9 June, found only now: the later balances move, the earlier on
 run tesovia lancar --data 09/06/2026 --valor -75,00 --historico "Tarifa do banco" --conta 2.1 --receita-despesa 2
 run tesovia extrato --conta 2 --de 08/06/2026 --ate 15/06/2026
 
-say "The statement of June"
-run tesovia extrato
+say "The middle of June as it was planned"
+run tesovia extrato --de 08/06/2026 --ate 19/06/2026
+
+say "Money moved from the till to the bank: two entries, one transfer"
+run tesovia transferir --de 1 --para 2.1 --valor 4.000,00 --data 13/06/2026 --historico "Depósito do caixa"
+
+say "The wedding cake is paid later, and not in full"
+run tesovia baixar 12 --parcial --valor 500,00 --data 19/06/2026
+
+say "The electricity bill is paid in full, a day late"
+run tesovia baixar 14 --total --data 10/06/2026
+
+say "An order was called off"
+run tesovia baixar 20 --nao-realizado
+
+say "Rui, who looked at that order before, settles what he saw: the ledger refuses"
+TESOVIA_SENHA_NOVA=$TESOVIA_SENHA
+export TESOVIA_SENHA_NOVA
+run tesovia cadastrar usuario rui "Rui Lima"
+run tesovia -u rui baixar 20 --total --data 12/06/2026 --versao 0 || true
+
+say "A delivery went back: its entry is reversed"
+run tesovia -u rui estornar 28 --historico "Farinha devolvida"
+
+say "A transfer typed by mistake is deleted, both entries"
+run tesovia transferir --de 2.1 --para 2.2 --valor 10,00 --data 15/06/2026 --historico "Engano"
+run tesovia excluir 45
+
+say "The middle of June as it happened"
+run tesovia extrato --de 08/06/2026 --ate 19/06/2026
+
+say "Who did what with the order that was called off"
+run tesovia diario --lancamento 20
 
 say "All balances of all entries, recomputed from the amounts"
 run tesovia verificar

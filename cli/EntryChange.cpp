@@ -45,7 +45,7 @@ void EntryChange::ShowAfter(const std::string& title, const std::vector<std::int
   std::vector<std::int32_t> ids;
   for (const auto& entry : shown_) ids.push_back(entry->Id());
   ids.insert(ids.end(), newIds.begin(), newIds.end());
-  ShowEntries(tesovia_, title, ids);
+  ShowEntries(tesovia_, "\n" + title, ids);
 }
 
 std::vector<Classification> EntryChange::Classifications() const {

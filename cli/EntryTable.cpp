@@ -109,7 +109,6 @@ std::vector<std::shared_ptr<CLancamento>> ShowEntries(Tesovia& tesovia, const st
     shown.back()->CarregarDeRegistro(*rows);
   }
   writer->Finish();
-  std::cout << '\n';
   return shown;
 }
 

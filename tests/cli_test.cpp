@@ -319,6 +319,9 @@ TEST_F(CliTest, ChangesBothLegsOfATransfer) {
   EXPECT_TRUE(Contains(deleted.out, "Lançamento 6 de 02/07/2026 excluído.")) << deleted;
   EXPECT_TRUE(Contains(deleted.out, "Lançamento 7 de 02/07/2026 excluído.")) << deleted;
   EXPECT_EQ(Rows("SELECT Count(*) As N FROM Lancamentos")[0]["N"], 5);
+  ExpectDone(transfer("2", "1", {"--historico", "Não foi"}));
+  ExpectDone({"baixar", "8", "--nao-realizado"});
+  EXPECT_TRUE(Contains(Run({"diario", "--lancamento", "9"}).out, "baixa como não realizado   9"));
   ExpectDone({"verificar"});
 
   ExpectRefused(2, "Informe --historico TEXTO", transfer("2", "1", {"--historico-saida", "Vai"}));

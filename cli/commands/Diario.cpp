@@ -55,14 +55,15 @@ std::string QueryFor(const Options& options) {
   return query.Text();
 }
 
-std::string NameOfAction(std::uint8_t code) {
+// Legs of transfers are settled under one code, whether or not they were realised.
+std::string NameOfAction(std::uint8_t code, const std::string& state) {
   switch (code) {
     case 1:
       return "inclusão";
     case 3:
       return "exclusão";
     case 4:
-      return "baixa total";
+      return state == "N" ? NameOfAction(5, state) : "baixa total";
     case 5:
       return "baixa como não realizado";
     case 6:
@@ -80,7 +81,7 @@ ExitCode Print(Tesovia& tesovia, const Options& options) {
   std::int64_t count = 0;
   for (; !rows->EndOfFile(); rows->MoveNext(), ++count) {
     std::vector<Variant> row = CurrentRow(*rows);
-    row[2] = NameOfAction(std::get<std::uint8_t>(row[2]));
+    row[2] = NameOfAction(std::get<std::uint8_t>(row[2]), Shown(row.back()));
     writer->Write(row);
   }
   writer->Finish();

@@ -33,6 +33,7 @@ ExitCode Delete(Context& context, EntryChoice choice) {
   change.Confirm(isTransfer ? "Excluir os dois lançamentos da transferência?" : "Excluir este lançamento?",
                  "Nada foi excluído.");
   change.Run([&] { change.Ledger().ExcluirLancamentoTS(change.Entry().Id(), change.Version()); });
+  std::cout << '\n';
   for (const auto& entry : change.Legs()) Tell(change.Ledger(), *entry);
   return kDone;
 }
