@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include "Loading.h"
+#include "support/Refusals.h"
+#include "support/Statements.h"
+
+using namespace tsv;
+using namespace tsv::test;
+
+namespace {
+
+constexpr const char* kOrigin = "em Tesovia.EstornarLancamentoTS";
+constexpr const char* kGone =
+    "O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. O estorno não se realizou.";
+constexpr const char* kNoLedger = "Componente do Tesovia não inicializado.";
+
+class ReversalTest : public LedgerTest {};
+
+TEST_F(ReversalTest, OfAPlainEntry) {
+  Post({Date::FromCivil({2008, 7, 5, 14, 30, 15}), Cents(-1250), "1.1", "0"});
+  host->events.clear();
+  Watch();
+  const auto reversing = tesovia.EstornarLancamentoTS("  devolução ", 1, 0);
+  ExpectStatements(*recorder, "reversal of a plain entry");
+  EXPECT_EQ(host->events, (std::vector<std::string>{"busy", "discard", "normal"}));
+  EXPECT_EQ(reversing->Id(), 2);
+  EXPECT_EQ(reversing->Valor(), Cents(1250));
+  EXPECT_TRUE(reversing->Estorno());
+  EXPECT_FALSE(reversing->Estornado());
+  EXPECT_EQ(reversing->Realizado(), "E");
+  const auto reversed = internal::CarregarLancamentoTS(1);
+  EXPECT_TRUE(reversed->Estornado());
+  EXPECT_EQ(reversed->Realizado(), "E");
+  EXPECT_EQ(reversed->IdConcorrencia(), 1);
+}
+
+TEST_F(ReversalTest, WithCostCentreAndPartner) {
+  Post({Day(2008, 7, 1), Cents(700), "1", "0", "1", 1});
+  Post({Day(2008, 7, 5), Cents(10000), "1.1", "00", "1.10", 1, "venda", "NF 1"});
+  Watch();
+  tesovia.EstornarLancamentoTS(" " + std::string(49, 'x') + "ç ", 2, 0);
+  ExpectStatements(*recorder, "reversal with cost centre and partner");
+}
+
+TEST_F(ReversalTest, LaterBalancesAreAsIfTheEntryHadNeverBeen) {
+  Post({Day(2008, 7, 5), Cents(10000), "1.1", "00", "1.10", 1});
+  Post({Day(2008, 7, 5), Cents(5), "1.1", "00", "1.10", 1});
+  for (const char* account : {"1", "1.1", "1.2"}) Post({Day(2008, 7, 9), Cents(5), account, "0", "1", 1});
+  tesovia.EstornarLancamentoTS("x", 1, 0);
+  ExpectBalanced(company);
+  const auto again = tesovia.EstornarLancamentoTS("x", 6, 0);  // a reversal is reversed like any entry
+  EXPECT_EQ(again->Valor(), Cents(10000));
+  ExpectBalanced(company);
+  const std::vector<Entry> rows = ReadEntries(*company.Open());
+  EXPECT_EQ(rows[2].balances[4], Cents(5));
+  EXPECT_EQ(rows[3].balances[4], Cents(10005));
+}
+
+TEST_F(ReversalTest, RefusalsChangeNothing) {
+  const auto saying = [](const std::string& history, std::int32_t id = 1) -> Action {
+    return [=](Tesovia& ledger) { ledger.EstornarLancamentoTS(history, id, 0); };
+  };
+  const Action reverse = saying("x");
+  const Action quote = saying("'");
+  const std::string tooLong = std::string(50, 'x') + "ç";
+  const std::string changed = "UPDATE Lancamentos SET IdConcorrencia = 1";
+  const std::string unrealised = "UPDATE Lancamentos SET Realizado = 'N'";
+  ExpectRefusals(
+      [](Tesovia& ledger) {
+        test::Post(ledger, {Day(2008, 7, 5), Cents(10000), "1.1", "00", "1.1", 1});
+        test::Post(ledger, {Day(2008, 7, 2), Cents(300), "1.1", "00"});
+      },
+      {{TS_ERRO_ESTORNO,
+        kOrigin,
+        {{kGone, {saying("'", 9), {quote, changed}}},
+         {"Este lançamento já está baixado como não realizado. Para estorná-lo é preciso remover sua baixa antes.",
+          {{quote, unrealised}}},
+         {"Caracteres de aspas duplas ou simples não são permitidos em histórico.",
+          {saying("\"" + tooLong), saying("''"), quote}},
+         {"Erro: histórico de estorno não informado.", {saying("   "), saying("")}},
+         {"Erro: histórico com mais de 50 caracteres.", {saying(tooLong)}},
+         {"Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. Tente novamente.",
+          {{reverse, Others("UPDATE Serial SET Serial = 9")}}},
+         {"Não foi possível estornar o lançamento selecionado. Uma possível causa é que ele já tenha sido estornado "
+          "por outro usuário ou baixado como não realizado. Verifique.",
+          {{reverse, "UPDATE Lancamentos SET Estornado = True"},
+           {reverse, Others(changed)},
+           {reverse, Others(unrealised)}}},
+         {"Erro na gravação de histórico do estorno.\nO lançamento não foi estornado.",
+          {{reverse, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 1")},
+           {reverse, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 3", 2)}}},
+         {"Não foi possível incluir o estorno.\nPossível causa: a conta, receita/despesa, centro de custo/lucro ou "
+          "cliente/fornecedor foi desativado.",
+          {{reverse, "UPDATE Contas SET Inativa = True"},
+           {reverse, "UPDATE Contas SET Excluida = True"},
+           {reverse, "UPDATE TiposMovimentacoes SET Inativo = True"},
+           {reverse, "UPDATE TiposMovimentacoes SET Excluido = True"},
+           {reverse, "UPDATE CentrosDeCusto SET Inativo = True"},
+           {reverse, "UPDATE CentrosDeCusto SET Excluido = True"},
+           {reverse, Others("UPDATE ParceirosComerciais SET Inativo = True")}}}}},
+       {6, kOrigin, {{TextOf(RuntimeError::Overflow), {{reverse, "UPDATE Serial SET Serial = 2147483647"}}}}},
+       {TS_ERRO_LOGIN, "em Module1.VerificarApos", {{"", {{reverse, OthersDelete(2)}}}}},
+       {3043, kOrigin, {{"disco", {{reverse, DiskFails("INSERT INTO LANCAMENTOS")}}}}},
+       {3043, "em CDaoTrans_ComTrans", {{"disco", {{reverse, DiskFails("CommitTrans")}}}}}});
+}
+
+TEST_F(ReversalTest, ARefusalCarriesTheLastOriginOfTheThread) {
+  const auto transfer = [](Tesovia& ledger) { ledger.FazerTransferenciaTS(CTransferencia()); };
+  const auto reverse = [](Tesovia& ledger) { ledger.EstornarLancamentoTS("x", 9, 0); };
+  OnAnotherThread([&] {
+    Tesovia other;
+    ExpectErro(ErrorOf([&] { reverse(other); }), TS_ERRO_ESTORNO, kNoLedger, kOrigin);
+    ExpectErro(ErrorOf([&] { transfer(other); }), TS_ERRO_NAO_INICIALIZADO, kNoLedger, kOrigin);
+  });
+  EXPECT_EQ(ErrorOf([&] { transfer(tesovia); }).Origem(), "em Tesovia.FazerTransferenciaTS");
+  ExpectErro(ErrorOf([&] { reverse(tesovia); }), TS_ERRO_ESTORNO, kGone, "em Tesovia.FazerTransferenciaTS");
+  EXPECT_EQ(ErrorOf([&] { tesovia.ExcluirLancamentoTS(9, 0); }).Origem(), " Em Tesovia.ExcluirLancamentoTS");
+  ExpectErro(ErrorOf([&] { reverse(tesovia); }), TS_ERRO_ESTORNO, kGone, kOrigin);  // that one it does not keep
+}
+
+}  // namespace

@@ -1,0 +1,109 @@
+#include "support/Refusals.h"
+
+#include <filesystem>
+
+#include "types/Conversions.h"
+
+namespace tsv::test {
+
+namespace {
+
+constexpr const char* kBegin = "BeginTrans";
+
+void ExpectRefused(const Company& company, const Attempt& attempt, const Erro& refusal) {
+  const auto host = std::make_shared<RecordingHost>();
+  const auto recorder = std::make_shared<Recorder>();
+  CurrentSession().host = host;
+  Tesovia tesovia;
+  tesovia.InicializarTS(company.Path(), "ana", "segredo");
+  if (!attempt.before.empty()) company.Execute(attempt.before);
+
+  std::string expected = ContentsOf(company);
+  int left = attempt.meanwhile.happens ? attempt.meanwhile.time : 0;
+  recorder->before = [&](std::string_view text) {
+    if (left == 0 || !text.starts_with(attempt.meanwhile.at) || --left > 0) return;
+    attempt.meanwhile.happens(company);
+    expected = ContentsOf(company);  // with another user's change; none of a transaction that is still open
+  };
+  CurrentSession().BancoDeDados->Observe(recorder);
+  ExpectErro(ErrorOf([&] { attempt.act(tesovia); }), refusal.Numero(), refusal.Descricao(), refusal.Origem());
+  CurrentSession().BancoDeDados->Observe(nullptr);
+  EXPECT_EQ(left, 0) << "nothing happened meanwhile";
+  EXPECT_EQ(ContentsOf(company), expected);
+  EXPECT_TRUE(host->events.empty() || host->events.back() == "normal");
+}
+
+}  // namespace
+
+Meanwhile Others(std::string sql) {
+  return {kBegin, [sql = std::move(sql)](const Company& company) { company.Execute(sql); }};
+}
+
+Meanwhile OthersDelete(std::int32_t id) {
+  return {kBegin, [id](const Company& company) {
+            OnAnotherThread([&] {
+              Tesovia other;
+              other.InicializarTS(company.Path(), "ana", "segredo");
+              other.ExcluirLancamentoTS(id, 0);
+            });
+          }};
+}
+
+Meanwhile Within(std::string at, std::string sql, int time) {
+  const auto happens = [sql = std::move(sql)](const Company&) {
+    CurrentSession().BancoDeDados->Execute(sql);
+    ASSERT_GT(CurrentSession().BancoDeDados->RecordsAffected(), 0) << sql;
+  };
+  return {std::move(at), happens, time};
+}
+
+Meanwhile DiskFails(std::string at, int time) {
+  return {std::move(at), [](const Company&) { throw Erro(3043, "disco"); }, time};
+}
+
+void ExpectRefusals(const Action& given, const std::vector<Refusals>& errors) {
+  const Company company;
+  OnAnotherThread([&] {
+    Tesovia tesovia;
+    tesovia.InicializarTS(company.Path(), "ana", "segredo");
+    given(tesovia);
+  });
+  const std::string kept = company.Path() + ".kept";
+  std::filesystem::copy_file(company.Path(), kept);
+  for (const auto& [number, origin, refusals] : errors) {
+    for (const auto& [description, attempts] : refusals) {
+      const Erro refusal(number, description, origin);
+      for (std::size_t i = 0; i < attempts.size(); ++i) {
+        SCOPED_TRACE(::testing::Message() << "attempt " << i << " " << attempts[i].before << attempts[i].meanwhile.at
+                                          << ", to be refused with " << refusal);
+        std::filesystem::copy_file(kept, company.Path(), std::filesystem::copy_options::overwrite_existing);
+        OnAnotherThread([&] { ExpectRefused(company, attempts[i], refusal); });
+      }
+    }
+  }
+}
+
+std::string ContentsOf(const Company& company) {
+  const auto database = company.Open();
+  std::string contents;
+  for (const std::string table : {"Lancamentos", "HistoricosDeLancamentos", "Transferencias", "Serial"}) {
+    for (const auto rows = database->OpenRecordset("Select * From " + table); !rows->EndOfFile(); rows->MoveNext()) {
+      contents += table;
+      for (std::size_t i = 0; i < rows->FieldCount(); ++i) {
+        const Variant value = rows->Fields(i).Value();
+        contents += "|" + (IsNull(value) ? std::string("NULL") : ToText(value));
+      }
+      contents += "\n";
+    }
+  }
+  return contents;
+}
+
+void ExpectBalanced(const Company& company) {
+  const std::vector<Entry> stored = ReadEntries(*company.Open());
+  std::vector<Entry> computed = stored;
+  SetBalances(computed);
+  ExpectSameEntries(stored, computed);
+}
+
+}  // namespace tsv::test

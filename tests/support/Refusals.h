@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "support/Ledger.h"
+
+namespace tsv::test {
+
+// What happens just before a statement of a running operation.
+struct Meanwhile {
+  std::string at;  // how the statement begins
+  std::function<void(const Company&)> happens;
+  int time = 1;  // 2: at the second such statement
+};
+
+Meanwhile Others(std::string sql);        // another user's statement, before the operation's transaction
+Meanwhile OthersDelete(std::int32_t id);  // likewise the deletion of an entry
+Meanwhile Within(std::string at, std::string sql, int time = 1);  // what the transaction keeps other users from
+Meanwhile DiskFails(std::string at, int time = 1);
+
+using Action = std::function<void(Tesovia&)>;
+
+struct Attempt {
+  Attempt(Action action) : act(std::move(action)) {}  // NOLINT: meant to convert
+  Attempt(Action action, std::string statement) : act(std::move(action)), before(std::move(statement)) {}
+  Attempt(Action action, Meanwhile event) : act(std::move(action)), meanwhile(std::move(event)) {}
+
+  Action act;
+  std::string before;  // a statement that runs first
+  Meanwhile meanwhile;
+};
+
+// A message, and all that must fail with it and leave the ledger as it was.
+struct Refusal {
+  std::string description;
+  std::vector<Attempt> attempts;
+};
+
+struct Refusals {
+  std::int32_t number;
+  const char* origin;
+  std::vector<Refusal> all;
+};
+
+// Each attempt is made on a copy of a ledger in which `given` has happened, and on a thread that has met no error yet.
+void ExpectRefusals(const Action& given, const std::vector<Refusals>& errors);
+
+// All entries, journal rows, links and the serial, as text.
+std::string ContentsOf(const Company& company);
+
+// The balances of all entries are those of the amounts.
+void ExpectBalanced(const Company& company);
+
+}  // namespace tsv::test

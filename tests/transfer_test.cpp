@@ -1,0 +1,213 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "Loading.h"
+#include "db/EngineError.h"
+#include "support/Refusals.h"
+#include "support/Statements.h"
+
+using namespace tsv;
+using namespace tsv::test;
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+const Date kMoment = Date::FromCivil({2008, 7, 5, 14, 30, 15});
+constexpr const char* kNoOther =
+    "Erro: faltando informação sobre o lançamento correspondente na operação de transferência.";
+constexpr const char* kLocked =
+    "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. Tente novamente.";
+
+CTransferencia Request(std::string_view from = "1.1", std::string_view to = "B", Currency amount = Cents(-15000)) {
+  CTransferencia request;
+  request.CodContaOrigem(from);
+  request.CodContaDestino(to);
+  request.Valor(amount);
+  request.DataDaTransferencia(kMoment);
+  request.HistoricoSaida("envio");
+  request.HistoricoEntrada("recebimento");
+  request.DocumentoSaida(" D1 ");
+  return request;
+}
+
+class TransferTest : public LedgerTest {};
+
+TEST_F(TransferTest, IsPosted) {
+  recorder->before = [&](std::string_view text) {
+    EXPECT_TRUE(!host->events.empty() && host->events.back() == "busy") << text;
+  };
+  Watch();
+  tesovia.FazerTransferenciaTS(Request());
+  recorder->before = nullptr;
+  // The legs may be read back on either side of the commit.
+  std::sort(recorder->ran.end() - 2, recorder->ran.end(), [](const auto& a, const auto& b) { return a.text < b.text; });
+  ExpectStatements(*recorder, "transfer");
+  EXPECT_EQ(host->events.back(), "normal");
+  EXPECT_EQ(std::count(host->events.begin(), host->events.end(), "discard"), 2);
+}
+
+TEST_F(TransferTest, TheLegsAreReturnedAsWritten) {
+  Post({Day(2008, 7, 9), Cents(100), "1", "0"});
+  Post({Day(2008, 7, 9), Cents(100), "B.1", "0012", "1", 1});
+  const Collection legs = tesovia.FazerTransferenciaTS(Request());
+  ASSERT_EQ(legs.Count(), 2);
+  for (std::int32_t leg = 1; leg <= 2; ++leg) {
+    EXPECT_EQ(legs.Item(leg)->Id(), leg + 2);
+    EXPECT_EQ(legs.Item(leg)->Transferencia(), leg);
+    EXPECT_EQ(legs.Item(leg)->Valor(), Cents(leg == 1 ? -15000 : 15000));
+    EXPECT_EQ(legs.Item(leg)->Data(), Variant(leg == 1 ? kMoment : Day(2008, 7, 5)));
+    EXPECT_EQ(legs.Item(leg)->Historico(), leg == 1 ? "envio" : "recebimento");
+    EXPECT_EQ(legs.Item(leg)->Documento(), leg == 1 ? "D1" : "");
+    EXPECT_EQ(legs.Item(leg)->Realizado(), "?");
+  }
+  ExpectBalanced(company);
+}
+
+TEST_F(TransferTest, IsDeletedFromEitherLeg) {
+  tesovia.FazerTransferenciaTS(Request());
+  Post({Day(2008, 7, 9), Cents(100), "1", "0"});
+  host->events.clear();
+  Watch();
+  tesovia.ExcluirLancamentoTS(2, 0);
+  ExpectStatements(*recorder, "deletion of a transfer");
+  EXPECT_EQ(host->events, (Strings{"busy", "discard", "normal"}));
+  ExpectBalanced(company);
+  EXPECT_EQ(Count(*company.Open(), "Lancamentos"), 1);
+  EXPECT_EQ(Count(*company.Open(), "Transferencias WHERE SerialSai = 1 AND SerialEntra = 2"), 1);
+}
+
+TEST_F(TransferTest, NotRealisedItIsDeletedFromNoBalance) {
+  tesovia.FazerTransferenciaTS(Request());
+  CBaixa request;
+  request.TipoBaixa(BAIXA_NAO_REALIZADO);
+  request.IdLancamento(2);
+  request.DataRealizacao(kMoment);
+  request.ValorBaixado(Cents(15000));
+  tesovia.BaixarLancamentoTS(request);
+  Watch();
+  tesovia.ExcluirLancamentoTS(1, 1);
+  ExpectStatements(*recorder, "deletion of a transfer not realised");
+}
+
+TEST_F(TransferTest, IsReversedFromEitherLeg) {
+  tesovia.FazerTransferenciaTS(Request());
+  host->events.clear();
+  Watch();
+  EXPECT_EQ(tesovia.EstornarLancamentoTS("  devolução ", 2, 0), nullptr);
+  ExpectStatements(*recorder, "reversal of a transfer");
+  EXPECT_EQ(host->events, (Strings{"busy", "discard", "normal"}));
+  const std::string reversed = "Lancamentos WHERE Realizado = 'E' AND ";
+  const auto database = company.Open();
+  EXPECT_EQ(Count(*database, reversed + "Id = 1 AND Estornado AND NOT Estorno AND IdConcorrencia = 1"), 1);
+  EXPECT_EQ(Count(*database, reversed + "Id = 2 AND Estornado AND NOT Estorno AND IdConcorrencia = 0"), 1);
+  EXPECT_EQ(Count(*database, reversed + "Id = 3 AND Estorno AND NOT Estornado AND Transferencia = 1"), 1);
+  EXPECT_EQ(Count(*database, reversed + "Id = 4 AND Estorno AND NOT Estornado AND Transferencia = 0"), 1);
+  ExpectBalanced(company);
+}
+
+const Action kGiven = [](Tesovia& ledger) {
+  test::Post(ledger, {Day(2008, 7, 2), Cents(300), "1.1", "0"});
+  ledger.FazerTransferenciaTS(Request());
+};
+
+TEST_F(TransferTest, RefusedPostingsChangeNothing) {
+  const auto asking = [](const CTransferencia& request) -> Action {
+    return [=](Tesovia& ledger) { ledger.FazerTransferenciaTS(request); };
+  };
+  const Action post = asking(Request());
+  CTransferencia quoted = Request();
+  quoted.HistoricoEntrada("copo d'água");
+  const char* origin = "em Tesovia.FazerTransferenciaTS";
+  const std::string deactivated = "UPDATE Contas SET Inativa = True";
+  const std::string taken = "UPDATE Serial SET Serial = 9";
+  ExpectRefusals(
+      kGiven,
+      {{TS_ERRO_TRANSFERENCIA,
+        origin,
+        {{"Não foi possível fazer o lançamento de saída. Transferência cancelada.\nPossível causa: a conta foi "
+          "desativada.",
+          {asking(CTransferencia()), asking(Request("9")), asking(Request("8", "77")), {post, Others(deactivated)}}},
+         {"Não foi possível fazer o lançamento de entrada. Transferência cancelada.\nPossível causa: a conta foi "
+          "desativada.",
+          {asking(Request("1", "77")),
+           asking(Request("1", "9")),
+           asking(Request("1", "8")),
+           {post, Others(deactivated + " WHERE Codigo = 'B'")}}},
+         {kLocked, {{post, Others(taken)}, {post, Within("UPDATE Serial", taken, 2)}}},
+         {"Não foi possível gravar o histórico da transferência. Transferência cancelada.\nPossível causa: a conta foi "
+          "desativada.",
+          {{post, Within("INSERT INTO HISTORICOS", deactivated)},
+           {post, Within("INSERT INTO HISTORICOS", deactivated, 2)}}}}},
+       {TS_ERRO_LOGIN,
+        "em Module1.VerificarApos",
+        {{"", {{post, OthersDelete(1)}, asking(Request("1", "B", Currency::FromTenThousandths(1'0050)))}}}},
+       {3075, origin, {{db::TextOf(db::EngineError::SyntaxInExpression, ""), {asking(quoted)}}}},
+       {6, origin, {{TextOf(RuntimeError::Overflow), {{post, "UPDATE Serial SET Serial = 2147483647"}}}}},
+       {3043, origin, {{"disco", {{post, DiskFails("INSERT INTO TRANSFERENCIAS")}}}}},
+       {3043, "em CDaoTrans_ComTrans", {{"disco", {{post, DiskFails("CommitTrans")}}}}}});
+}
+
+TEST_F(TransferTest, RefusedDeletionsChangeNothing) {
+  const Action remove = [](Tesovia& ledger) { ledger.ExcluirLancamentoTS(2, 0); };
+  const char* origin = " Em Tesovia.ExcluirLancamentoTS";
+  const std::string gone = "DELETE * FROM Lancamentos WHERE Id = 3";
+  ExpectRefusals(
+      kGiven,
+      {{TS_ERRO_EXCLUSAO,
+        origin,
+        {{kNoOther, {{remove, gone}, {remove, "DELETE * FROM Transferencias"}}},
+         {"Não foi possível excluir o lançamento selecionado. Uma possível causa é que ele já tenha sido modificado ou "
+          "excluído por outro usuário enquanto você o visualizava. Verifique.",
+          {{remove, "UPDATE Lancamentos SET Estornado = True WHERE Id = 3"},
+           {remove, Others("UPDATE Lancamentos SET IdConcorrencia = 1 WHERE Id = 3")}}},
+         {"Erro na gravação de histórico da exclusão.\nO lançamento não foi excluído.", {{remove, Others(gone)}}}}},
+       {3043, origin, {{"disco", {{remove, DiskFails("UPDATE Lancamentos", 2)}}}}}});
+}
+
+TEST_F(TransferTest, RefusedReversalsChangeNothing) {
+  const auto saying = [](const std::string& history, std::int32_t id) -> Action {
+    return [=](Tesovia& ledger) { ledger.EstornarLancamentoTS(history, id, 0); };
+  };
+  const Action reverse = saying("x", 2);
+  const Action quote = saying("\"", 2);
+  const char* origin = "em Tesovia_EstornoDeTransferencia";
+  const std::string unrealised = "UPDATE Lancamentos SET Realizado = 'N' WHERE Id = ";
+  const std::string deactivated = "UPDATE Contas SET Inativa = True";
+  const std::string deleted = "UPDATE Contas SET Excluida = True";
+  const std::string ofIncoming = " WHERE Codigo = 'B'";
+  ExpectRefusals(
+      kGiven,
+      {{TS_ERRO_ESTORNO,
+        "em Tesovia.EstornarLancamentoTS",
+        {{"Este lançamento já está baixado como não realizado. Para estorná-lo é preciso remover sua baixa antes.",
+          {{quote, unrealised + "2"}}}}},
+       {TS_ERRO_ESTORNO,
+        origin,
+        {{kNoOther, {{quote, "DELETE * FROM Lancamentos WHERE Id = 3"}}},
+         {"Caracteres de aspas duplas ou simples não são permitidos em histórico. Favor tentar novamente.",
+          {quote, saying("''", 3)}},
+         {"Erro: histórico de estorno não informado.", {saying("  ", 3)}},
+         {kLocked, {{reverse, Within("UPDATE Serial", "UPDATE Serial SET Serial = 9")}}},
+         {"Não foi possível estornar o lançamento selecionado. Uma possível causa é que ele já tenha sido estornado "
+          "por outro usuário ou baixado como não realizado. Verifique.",
+          {{reverse, unrealised + "3"},
+           {reverse, "UPDATE Lancamentos SET Estornado = True WHERE Id = 2"},
+           {saying("x", 3), Others("UPDATE Lancamentos SET IdConcorrencia = 1 WHERE Id = 2")}}},
+         {"Não foi possível incluir o estorno.\nPossível causa: a conta 'CONTA 1.1' foi desativada.",
+          {{reverse, deactivated}, {reverse, deleted}}},
+         {"Não foi possível incluir o estorno.\nPossível causa: a conta 'CONTA B' foi desativada.",
+          {{reverse, deactivated + ofIncoming}}},
+         {"Erro na gravação de histórico do estorno.\nO lançamento não foi estornado.",
+          {{reverse, deleted + ofIncoming}, {reverse, Within("INSERT INTO HISTORICOS", deleted, 2)}}}}},
+       {3163,
+        origin,
+        {{db::TextOf(db::EngineError::TextTooLong, "Lancamentos.Historico"), {saying(std::string(51, 'x'), 2)}}}},
+       {TS_ERRO_LOGIN,
+        "em Module1.VerificarApos",
+        {{"", {{reverse, Within("ParQryLast", "UPDATE Lancamentos SET SaldoGlobal = 1", 2)}}}}},
+       {3043, "em CDaoTrans_ComTrans", {{"disco", {{reverse, DiskFails("CommitTrans")}}}}}});
+}
+
+}  // namespace
