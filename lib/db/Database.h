@@ -30,8 +30,8 @@ class QueryDef {
   };
 
   virtual ~QueryDef() = default;
-  Parameter& Parameters(std::size_t index);      // from 0; out of range: 3265
-  Parameter& Parameters(std::string_view name);  // without regard to case; unknown: 3265
+  virtual Parameter& Parameters(std::size_t index);      // from 0; out of range: 3265
+  virtual Parameter& Parameters(std::string_view name);  // without regard to case; unknown: 3265
 
   // A parameter that was not set raises 3061.
   virtual std::shared_ptr<Recordset> OpenRecordset() = 0;

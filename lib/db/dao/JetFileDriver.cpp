@@ -5,6 +5,9 @@
 
 #include "db/EngineError.h"
 #include "db/FilePath.h"
+#ifdef _WIN32
+#include "db/dao/windows/DaoDatabase.h"
+#endif
 
 namespace tsv::db::dao {
 
@@ -17,11 +20,15 @@ bool JetFileDriver::Recognises(std::string_view path) const {
   return name.starts_with("Standard Jet DB") || name.starts_with("Standard ACE DB");
 }
 
-std::shared_ptr<Database> JetFileDriver::Open(std::string_view path, bool /*exclusive*/, bool /*readOnly*/,
-                                              std::string_view /*connect*/) const {
+std::shared_ptr<Database> JetFileDriver::Open(std::string_view path, [[maybe_unused]] bool exclusive,
+                                              [[maybe_unused]] bool readOnly,
+                                              [[maybe_unused]] std::string_view connect) const {
+#ifdef _WIN32
+  if (auto database = OpenWithLegacyEngine(path, exclusive, readOnly, connect)) return database;
+#endif
   throw Erro(static_cast<std::int32_t>(EngineError::UnrecognisedFile),
              TextOf(EngineError::UnrecognisedFile, path) +
-                 " É um arquivo do mecanismo Jet, que esta instalação não tem. Importe-o para um livro-caixa novo.");
+                 " É um arquivo do mecanismo Jet, que esta máquina não tem. Importe-o para um livro-caixa novo.");
 }
 
 }  // namespace tsv::db::dao

@@ -4,7 +4,8 @@
 
 namespace tsv::db::dao {
 
-// Files of the legacy engine. This build has no such engine: Open raises 3343 and tells the user to import the file.
+// Files of the legacy engine, which opens them where it is installed (on Windows). Elsewhere Open raises 3343 and tells
+// the user to import the file.
 class JetFileDriver final : public Driver {
  public:
   bool Recognises(std::string_view path) const override;

@@ -2,12 +2,12 @@
 
 #include <limits>
 
-#include "com/AutomationValues.h"
 #include "common/Errors.h"
 #include "db/EngineError.h"
+#include "types/AutomationValues.h"
 #include "types/Erro.h"
 
-namespace tsv::com {
+namespace tsv::automation {
 namespace {
 
 TEST(AutomationValues, KeepMoneyAndMomentsExactly) {
@@ -67,4 +67,4 @@ TEST(AutomationValues, GiveClientsTheErrorNumbersTheyKnow) {
 }
 
 }  // namespace
-}  // namespace tsv::com
+}  // namespace tsv::automation

@@ -1,11 +1,11 @@
-#include "com/AutomationValues.h"
+#include "types/AutomationValues.h"
 
 #include <cmath>
 
 #include "types/Erro.h"
 #include "types/Text.h"
 
-namespace tsv::com {
+namespace tsv::automation {
 namespace {
 
 constexpr std::uint32_t kControlErrors = 0x800A0000;
@@ -63,4 +63,4 @@ std::int32_t NumberOf(Hresult result) noexcept {
   return static_cast<std::int32_t>((bits & kFacility) == kControlErrors ? bits & ~kFacility : bits);
 }
 
-}  // namespace tsv::com
+}  // namespace tsv::automation

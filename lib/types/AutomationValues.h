@@ -8,7 +8,7 @@
 #include "types/Date.h"
 
 // The library's values in the forms in which automation carries them, the same on every platform.
-namespace tsv::com {
+namespace tsv::automation {
 
 using VariantBool = std::int16_t;  // True is -1
 using Hresult = std::int32_t;
@@ -32,4 +32,4 @@ std::string TextFromAutomation(std::u16string_view utf16);
 Hresult HresultOf(std::int32_t number) noexcept;
 std::int32_t NumberOf(Hresult result) noexcept;
 
-}  // namespace tsv::com
+}  // namespace tsv::automation

@@ -1,0 +1,5 @@
+# 32-bit Windows, with Debian's mingw-w64: what the classic automation clients and the legacy engine need.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR i686)
+set(prefix i686-w64-mingw32)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)
