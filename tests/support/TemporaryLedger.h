@@ -1,10 +1,7 @@
 #pragma once
 
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,27 +12,9 @@
 #include "db/postgres/ServerDriver.h"
 #include "db/sqlite/CreateLedger.h"
 #include "db/sqlite/LedgerDriver.h"
+#include "support/TemporaryFolder.h"
 
 namespace tsv::test {
-
-// A folder of its own, which goes with all that it holds.
-class TemporaryFolder {
- public:
-  TemporaryFolder() : path_((std::filesystem::temp_directory_path() / "ledger-XXXXXX").string()) {
-    if (!mkdtemp(path_.data())) throw std::runtime_error("no temporary folder");
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::string Path(std::string_view name = {}) const { return path_ + "/" + std::string(name); }
-
- private:
-  std::string path_;
-};
 
 // An engine that has one database open, as each user's program has.
 struct User {
