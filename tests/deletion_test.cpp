@@ -2,7 +2,6 @@
 
 #include "support/Refusals.h"
 #include "support/Statements.h"
-#include "types/Conversions.h"
 
 using namespace tsv;
 using namespace tsv::test;
@@ -11,7 +10,7 @@ namespace {
 
 constexpr const char* kOrigin = " Em Tesovia.ExcluirLancamentoTS";
 
-class DeletionTest : public LedgerTest {};
+using DeletionTest = LedgerTest;
 
 TEST_F(DeletionTest, OfAPlainEntry) {
   Post({Date::FromCivil({2008, 7, 5, 14, 30, 15}), Cents(-1250), "1.1", "0"});
@@ -22,30 +21,17 @@ TEST_F(DeletionTest, OfAPlainEntry) {
   EXPECT_EQ(host->events, (std::vector<std::string>{"busy", "discard", "normal"}));
 }
 
-TEST_F(DeletionTest, LaterBalancesAndTheJournalLoseTheEntry) {
+TEST_F(DeletionTest, WithCostCentreAndPartner) {
   Post({Day(2008, 7, 1), Cents(700), "1", "0", "1", 1});
   Post({Day(2008, 7, 5), Cents(10000), "1.1", "00", "1.10", 1});
-  for (const char* account : {"1.1", "1.1.2", "1.2", "1"}) Post({Day(2008, 7, 9), Cents(1), account, "0", "1", 1});
   Watch();
   tesovia.ExcluirLancamentoTS(2, 0);
   ExpectStatements(*recorder, "deletion with cost centre and partner");
-  ExpectBalanced(company);
-
-  const auto row =
-      tesovia.AbrirRecordsetTS("Select * From HistoricosDeLancamentos Where IdAcao = 3", db::dbOpenSnapshot);
-  ASSERT_EQ(row->RecordCount(), 1);
-  const std::pair<const char*, const char*> expected[] = {
-      {"Id", "2"},          {"DesConta", "CONTA 1.1"}, {"DesCentroDeCusto", "CENTRO 1.10"}, {"NomeParceiro", "PADARIA"},
-      {"Valor", "100"},     {"SaldoConta", "0"},       {"SaldoCentroCusto", "0"},           {"SaldoParceiroComl", "7"},
-      {"SaldoGlobal", "7"},
-  };
-  for (const auto& [column, value] : expected) EXPECT_EQ(ToText(row->Fields(column).Value()), value) << column;
 }
 
 TEST_F(DeletionTest, WhatWasNotRealisedIsInNoBalance) {
   Post({Day(2008, 7, 1), Cents(700), "1", "0", "1", 1});
   const auto entry = Post({Day(2008, 7, 5), Cents(10000), "1.1", "00", "1.10", 1});
-  Post({Day(2008, 7, 9), Cents(5), "1.1", "0", "1", 1});
   CBaixa request;
   request.TipoBaixa(BAIXA_NAO_REALIZADO);
   request.IdLancamento(2);
@@ -55,7 +41,6 @@ TEST_F(DeletionTest, WhatWasNotRealisedIsInNoBalance) {
   Watch();
   tesovia.ExcluirLancamentoTS(2, 1);
   ExpectStatements(*recorder, "deletion of what was not realised");
-  ExpectBalanced(company);
 }
 
 TEST_F(DeletionTest, RefusalsChangeNothing) {
@@ -96,11 +81,6 @@ TEST_F(DeletionTest, RefusedBeforeItIsBusy) {
   EXPECT_EQ(ErrorOf([&] { tesovia.ExcluirLancamentoTS(1, 0); }).Numero(), TS_ERRO_EXCLUSAO);
   EXPECT_TRUE(host->events.empty());
   EXPECT_EQ(recorder->ran.size(), 1u);
-  OnAnotherThread([] {
-    Tesovia other;
-    ExpectErro(ErrorOf([&] { other.ExcluirLancamentoTS(1, 0); }), TS_ERRO_NAO_INICIALIZADO,
-               "Componente do Tesovia não inicializado.", kOrigin);
-  });
 }
 
 }  // namespace

@@ -30,16 +30,33 @@ Posting AnyPosting() { return {Day(2008, 7, 5), Cents(1000), "1", "0"}; }
 std::int32_t NumberOf(db::EngineError error) { return static_cast<std::int32_t>(error); }
 
 TEST(FreshThread, OperationsNeedASession) {
-  OnAnotherThread([] {
-    Tesovia tesovia;
-    ExpectErro(ErrorOf([&] { tesovia.AbrirRecordsetTS("Select * From Contas", db::dbOpenSnapshot); }),
-               TS_ERRO_NAO_INICIALIZADO, kNotInitialised, "em Tesovia.AbrirRecordsetTS");
-  });
-  OnAnotherThread([] {
-    Tesovia tesovia;
-    ExpectErro(ErrorOf([&] { Post(tesovia, AnyPosting()); }), TS_ERRO_NAO_INICIALIZADO, kNotInitialised,
-               "em Tesovia.FazerLancamentoTS ");
-  });
+  struct Operation {
+    std::function<void(Tesovia&)> run;
+    std::int32_t number;
+    const char* origin;
+  };
+  constexpr std::int32_t usual = TS_ERRO_NAO_INICIALIZADO;
+  const Operation operations[] = {
+      {[](Tesovia& ledger) { ledger.AbrirRecordsetTS("Select * From Contas", db::dbOpenSnapshot); }, usual,
+       "em Tesovia.AbrirRecordsetTS"},
+      {[](Tesovia& ledger) { Post(ledger, AnyPosting()); }, usual, "em Tesovia.FazerLancamentoTS "},
+      {[](Tesovia& ledger) { ledger.FazerTransferenciaTS(CTransferencia()); }, usual,
+       "em Tesovia.FazerTransferenciaTS"},
+      {[](Tesovia& ledger) { ledger.ExcluirLancamentoTS(1, 0); }, usual, " Em Tesovia.ExcluirLancamentoTS"},
+      {[](Tesovia& ledger) { ledger.EstornarLancamentoTS("x", 9, 0); }, TS_ERRO_ESTORNO,
+       "em Tesovia.EstornarLancamentoTS"},
+      {[](Tesovia& ledger) {
+         CBaixa request;
+         ledger.BaixarLancamentoTS(request);
+       },
+       usual, "em Tesovia.BaixarLancamentoTS"},
+  };
+  for (const Operation& operation : operations) {
+    OnAnotherThread([&] {
+      Tesovia ledger;
+      ExpectErro(ErrorOf([&] { operation.run(ledger); }), operation.number, kNotInitialised, operation.origin);
+    });
+  }
 }
 
 TEST(FreshThread, AnErrorTakesUpTheOriginOfTheLastOne) {
