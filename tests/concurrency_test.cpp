@@ -1,161 +1,114 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <chrono>
 #include <future>
-#include <set>
+#include <map>
+#include <random>
 
-#include "support/Ledger.h"
+#include "common/Journal.h"
+#include "support/Operations.h"
+#include "types/Conversions.h"
 
 using namespace tsv;
 using namespace tsv::test;
 
 namespace {
 
-// Another user's session on a thread of its own, in which it works until it is destroyed.
-class OtherUser {
- public:
-  OtherUser(const Company& company, Posting posting)
-      : done_(std::async(std::launch::async, [&company, posting = std::move(posting)] {
-          Tesovia tesovia;
-          return ErrorOf([&] {
-            tesovia.InicializarTS(company.Path(), "ana", "segredo");
-            Post(tesovia, posting);
-          });
-        })) {}
+constexpr int kUsers = 4;
+constexpr int kChanges = 60;  // by each
 
-  void WaitAtMost(std::chrono::milliseconds time) { done_.wait_for(time); }
-  Erro Result() { return done_.get(); }
+// One of the changes that a user makes to what he sees, and what the journal shall tell of it.
+struct Attempt {
+  Operation operation;
+  std::int32_t version = 0;
+  Module1::ACAO action = Module1::kInclusao;
+  int rows = 1;
+};
+
+class User {
+ public:
+  User(const Company& company, unsigned seed) : random_(seed) {
+    ledger_.InicializarTS(company.Path(), "ana", "segredo");
+  }
+
+  // The rows that the journal must have of what he did, by action. What is refused he leaves for something else.
+  std::map<std::int32_t, int> Work() {
+    std::map<std::int32_t, int> written;
+    for (int changes = 0; changes < kChanges;) {
+      const Attempt attempt = AnyAttempt();
+      const Erro erro = ErrorOf([&] { attempt.operation.run(ledger_, attempt.version); });
+      if (erro.Numero() == 0) {
+        written[attempt.action] += attempt.rows;
+        ++changes;
+      } else if (erro.Numero() < TS_ERRO_LOGIN || erro.Numero() > TS_ERRO_ESTORNO) {
+        ADD_FAILURE() << erro;
+        break;
+      }
+    }
+    return written;
+  }
 
  private:
-  std::future<Erro> done_;
+  int Below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
+
+  Attempt AnyAttempt() {
+    const int choice = Below(10);
+    if (choice < 3) return {Posted("posting", 1 + Below(28))};
+    if (choice < 4) return {Transferred("transfer"), 0, Module1::kInclusao, 2};
+    const auto rows = ledger_.AbrirRecordsetTS("Select * From Lancamentos Where Estornado = False And Estorno = False",
+                                               db::dbOpenSnapshot);
+    if (rows->EndOfFile()) return {Posted("posting", 1)};
+    rows->MoveLast();
+    const int place = Below(rows->RecordCount());
+    rows->MoveFirst();
+    for (int i = 0; i < place; ++i) rows->MoveNext();
+    CLancamento entry;
+    entry.CarregarDeRegistro(*rows);
+
+    const std::int32_t id = entry.Id();
+    const std::int32_t version = entry.IdConcorrencia();
+    const bool isLeg = entry.Transferencia() != 0;
+    const int legs = isLeg ? 2 : 1;
+    if (choice < 5) return {Deleted("deletion", id), version, Module1::kExclusao, legs};
+    if (choice < 7) return {Reversed("reversal", id), version, Module1::kEstorno, 2 * legs};
+    const std::int64_t cents = entry.Valor().TenThousandths() / 100;
+    const Date date = ToDate(entry.Data());
+    const Date otherDay = Day(2008, 7, 1 + Below(28));
+    switch (Below(3)) {
+      case 0:
+        return {Settled("settlement", id, BAIXA_NAO_REALIZADO, cents, date), version,
+                isLeg ? Module1::kBaixaTotal : Module1::kBaixaNaoRealizado, legs};
+      case 1:
+        if (!isLeg)
+          return {Settled("settlement", id, BAIXA_PARCIAL, cents / 2, otherDay), version, Module1::kBaixaParcial};
+        [[fallthrough]];
+      default:
+        return {Settled("settlement", id, BAIXA_TOTAL, cents, isLeg ? date : otherDay), version, Module1::kBaixaTotal,
+                legs};
+    }
+  }
+
+  Tesovia ledger_;
+  std::mt19937 random_;
 };
 
-const Posting kMine = {Day(2008, 7, 10), Cents(1000), "1.1", "0", "1", 1};
-const Posting kTheirs = {Day(2008, 7, 5), Cents(70), "1", "0", "1", 1};
-
-constexpr const char* kLost =
-    "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. Tente novamente.";
-
-class ConcurrencyTest : public LedgerTest {
- protected:
-  ConcurrencyTest() {
-    Post({Day(2008, 7, 1), Cents(500), "1.1", "0", "1", 1});
-    Post({Day(2008, 7, 20), Cents(300), "1.1", "00", "1.1", 1});
-    Watch();
+TEST(Concurrency, ManyUsersWorkAtOnce) {
+  const BusyLedger ledger;
+  std::map<std::int32_t, int> written = {{Module1::kInclusao, StoredSerial(*ledger.Open())}};
+  std::vector<std::future<std::map<std::int32_t, int>>> users;
+  for (unsigned seed = 1; seed <= kUsers; ++seed) {
+    users.push_back(std::async(std::launch::async, [&, seed] { return User(ledger, seed).Work(); }));
   }
-
-  // Runs the action once, before the statement that begins with the text.
-  template <typename Action>
-  void Before(std::string beginning, Action action) {
-    recorder->before = [beginning = std::move(beginning), action, done = false](std::string_view text) mutable {
-      if (done || !text.starts_with(beginning)) return;
-      done = true;
-      action();
-    };
+  for (auto& user : users) {
+    for (const auto& [action, rows] : user.get()) written[action] += rows;
   }
-};
-
-TEST_F(ConcurrencyTest, AnotherUserAtEachStatementOfAPosting) {
-  std::size_t entries = 2;
-  std::set<std::string> winners;
-  bool reached = true;
-  for (std::size_t place = 0; reached; ++place) {
-    SCOPED_TRACE("before statement " + std::to_string(place));
-    reached = false;
-    std::unique_ptr<OtherUser> other;
-    recorder->ran.clear();
-    recorder->before = [&, next = std::size_t{0}](std::string_view) mutable {
-      if (next++ != place) return;
-      reached = true;
-      other = std::make_unique<OtherUser>(company, kTheirs);
-      // Inside the transaction the other user cannot finish: he reads, and waits to write.
-      const auto texts = recorder->Texts();
-      const bool writing = std::find(texts.begin(), texts.end(), "BeginTrans") != texts.end();
-      other->WaitAtMost(writing ? std::chrono::milliseconds(200) : std::chrono::minutes(1));
-    };
-    const Erro mine = ErrorOf([&] { Post(kMine); });
-    recorder->before = nullptr;
-    if (!reached) break;
-    const Erro theirs = other->Result();
-
-    entries += (mine.Numero() == 0) + (theirs.Numero() == 0);
-    EXPECT_EQ(ExpectSound(company), entries);
-    for (const Erro& erro : {mine, theirs}) EXPECT_TRUE(erro.Numero() == 0 || erro.Descricao() == kLost) << erro;
-    winners.insert(std::string(mine.Numero() == 0 ? "mine" : "") + (theirs.Numero() == 0 ? "theirs" : ""));
+  ExpectSound(ledger);
+  const auto database = ledger.Open();
+  int all = 0;
+  for (const auto& [action, rows] : written) {
+    EXPECT_EQ(Count(*database, "HistoricosDeLancamentos WHERE IdAcao = " + std::to_string(action)), rows);
+    all += rows;
   }
-  EXPECT_EQ(winners, (std::set<std::string>{"mine", "theirs", "minetheirs"}));
-}
-
-TEST_F(ConcurrencyTest, TheSecondOfTwoPostingsLosesTheSerial) {
-  Before("BeginTrans", [&] { EXPECT_EQ(OtherUser(company, kTheirs).Result().Numero(), 0); });
-  ExpectErro(ErrorOf([&] { Post(kMine); }), TS_ERRO_LANCAMENTO, kLost, "em Tesovia.FazerLancamentoTS ");
-  EXPECT_EQ(ExpectSound(company), 3u);
-  EXPECT_EQ(StoredSerial(*company.Open()), 3);
-  EXPECT_EQ(Post(kMine)->Id(), 4);
-}
-
-// Each of these leaves a sound ledger and the serial as it was, but not the balances that the posting has read.
-TEST_F(ConcurrencyTest, ADeletionBehindTheSerialIsNoticed) {
-  Before("BeginTrans", [&] {
-    company.Execute("DELETE * FROM Lancamentos WHERE Id = 1");
-    company.Execute(
-        "UPDATE Lancamentos SET SaldoConta = SaldoConta - 5, SaldoParceiroComl = SaldoParceiroComl - 5, "
-        "SaldoGlobal = SaldoGlobal - 5 WHERE Id = 2");
-  });
-  ExpectErro(ErrorOf([&] { Post(kMine); }), TS_ERRO_LOGIN, "", "em Module1.VerificarApos");
-  EXPECT_EQ(recorder->ran.back().text, "Rollback");
-  EXPECT_EQ(ExpectSound(company), 1u);
-}
-
-TEST_F(ConcurrencyTest, ASettlementBehindTheSerialIsNoticed) {
-  Before("BeginTrans", [&] {
-    company.Execute(
-        "UPDATE Lancamentos SET Realizado = 'N', SaldoConta = 0, SaldoRecDesp = 0, SaldoCentroCusto = 0, "
-        "SaldoParceiroComl = 0, SaldoGlobal = 0 WHERE Id = 1");
-    company.Execute(
-        "UPDATE Lancamentos SET SaldoConta = SaldoConta - 5, SaldoParceiroComl = SaldoParceiroComl - 5, "
-        "SaldoGlobal = SaldoGlobal - 5 WHERE Id = 2");
-  });
-  EXPECT_EQ(ErrorOf([&] { Post(kMine); }).Numero(), TS_ERRO_LOGIN);
-  EXPECT_EQ(ExpectSound(company), 2u);
-  EXPECT_EQ(Post(kMine)->SaldoConta(), Cents(1000));
-  EXPECT_EQ(ExpectSound(company), 3u);
-}
-
-TEST_F(ConcurrencyTest, ADeactivationBeforeTheTransactionStopsThePosting) {
-  Before("BeginTrans", [&] { company.Execute("UPDATE Contas SET Inativa = True WHERE Codigo = '1.1'"); });
-  EXPECT_EQ(ErrorOf([&] { Post(kMine); }).Numero(), TS_ERRO_LOGIN);
-  EXPECT_EQ(ExpectSound(company), 2u);
-}
-
-TEST_F(ConcurrencyTest, ManyUsersPostAtOnce) {
-  constexpr int kUsers = 4;
-  constexpr int kAttempts = 40;
-  std::vector<std::future<int>> users;
-  for (int user = 0; user < kUsers; ++user) {
-    users.push_back(std::async(std::launch::async, [&, user] {
-      Tesovia mine;
-      mine.InicializarTS(company.Path(), "ana", "segredo");
-      int posted = 0;
-      for (int i = 0; i < kAttempts; ++i) {
-        const Posting posting = {Day(2008, 7, 1 + (i * 7 + user) % 28),
-                                 Cents(100 * (i - 20) + 1),
-                                 i % 2 ? "1" : "1.1",
-                                 "0",
-                                 i % 3 ? "1" : "",
-                                 i % 4};
-        const Erro erro = ErrorOf([&] { test::Post(mine, posting.partner == 3 ? kTheirs : posting); });
-        posted += erro.Numero() == 0;
-        EXPECT_TRUE(erro.Numero() == 0 || erro.Descricao() == kLost) << erro;
-      }
-      return posted;
-    }));
-  }
-  std::size_t entries = 2;
-  for (auto& user : users) entries += static_cast<std::size_t>(user.get());
-  EXPECT_GT(entries, 2u);
-  EXPECT_EQ(ExpectSound(company), entries);
+  EXPECT_EQ(Count(*database, "HistoricosDeLancamentos"), all);
 }
 
 }  // namespace

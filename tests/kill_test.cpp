@@ -5,7 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "support/Ledger.h"
+#include "support/Operations.h"
+#include "support/Refusals.h"
 
 using namespace tsv;
 using namespace tsv::test;
@@ -15,7 +16,7 @@ namespace {
 // Dies at one place of what it observes: each statement has two, just before and just after it runs.
 class Killer : public db::StatementObserver {
  public:
-  explicit Killer(int place) : place_(place) {}
+  explicit Killer(std::size_t place) : place_(place) {}
   void AboutToRun(std::string_view) override { Step(); }
   void HasRun(std::string_view, std::int32_t) override { Step(); }
 
@@ -23,23 +24,19 @@ class Killer : public db::StatementObserver {
   void Step() {
     if (place_-- == 0) kill(getpid(), SIGKILL);
   }
-  int place_;
+  std::size_t place_;
 };
 
-// Posts in a process of its own; whether it was killed. No database is open in this process meanwhile.
-bool PostAndDie(const Company& company, int place) {
+// In a process of its own; whether that was killed. No database is open in this process meanwhile.
+bool RunAndDie(const BusyLedger& ledger, const Operation& operation, std::size_t place) {
   const pid_t child = fork();
   if (child == 0) {
-    int status = 1;
+    char ending = '?';
     try {
-      Tesovia tesovia;
-      tesovia.InicializarTS(company.Path(), "ana", "segredo");
-      CurrentSession().BancoDeDados->Observe(std::make_shared<Killer>(place));
-      Post(tesovia, {Day(2008, 7, 5), Cents(-1234), "1.1.2", "00", "1.1", 1});
-      status = 0;
+      ending = ledger.Run(operation, std::make_shared<Killer>(place));
     } catch (...) {
     }
-    _exit(status);
+    _exit(ending == '.' ? 0 : 1);
   }
   int status = 0;
   waitpid(child, &status, 0);
@@ -47,28 +44,33 @@ bool PostAndDie(const Company& company, int place) {
   return WIFSIGNALED(status);
 }
 
-TEST(Kill, APostingIsWholeOrNotThereAtAll) {
-  const Company company;
-  OnAnotherThread([&] {
-    Tesovia tesovia;
-    tesovia.InicializarTS(company.Path(), "ana", "segredo");
-    for (const char* account : {"1", "1.1", "1.1.2"})
-      Post(tesovia, {Day(2008, 7, 20), Cents(500), account, "0", "1", 1});
-  });
-  std::size_t before = ExpectSound(company);
-  int place = 0;
-  bool committed = false;
-  while (PostAndDie(company, place)) {
-    SCOPED_TRACE("killed at place " + std::to_string(place++));
-    const std::size_t after = ExpectSound(company);
-    EXPECT_TRUE(after == before || after == before + 1);
-    EXPECT_FALSE(committed && after == before) << "a committed posting was lost";
-    committed = after == before + 1;
-    before = after;
+TEST(Kill, AnOperationIsWholeOrNotThereAtAll) {
+  const BusyLedger ledger;
+  const std::string before = ContentsOf(ledger);
+  for (const Operation& operation : EveryOperation()) {
+    SCOPED_TRACE(operation.name);
+    ledger.Restore();
+    const auto recorder = std::make_shared<Recorder>();
+    EXPECT_EQ(ledger.Run(operation, recorder), '.');
+    ASSERT_EQ(recorder->ran.back().text, "CommitTrans");
+    const std::string after = ContentsOf(ledger);
+    ExpectSound(ledger);
+
+    const std::size_t places = 2 * recorder->ran.size();
+    for (std::size_t place = 0; place < places; ++place) {
+      SCOPED_TRACE("killed at place " + std::to_string(place) + " of " + std::to_string(places));
+      ledger.Restore();
+      ASSERT_TRUE(RunAndDie(ledger, operation, place));
+      const bool committed = place == places - 1;
+      EXPECT_EQ(ContentsOf(ledger), committed ? after : before);
+      if (!committed) {
+        EXPECT_EQ(ledger.Run(operation), '.') << "what did not happen can be done again";
+      }
+      EXPECT_EQ(ContentsOf(ledger), after);
+    }
+    ledger.Restore();
+    EXPECT_FALSE(RunAndDie(ledger, operation, places));
   }
-  EXPECT_TRUE(committed) << "the last place stands after the commit";
-  EXPECT_GE(place, 18);
-  EXPECT_EQ(ExpectSound(company), before + 1);
 }
 
 }  // namespace

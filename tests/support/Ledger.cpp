@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <map>
 
+#include "common/Journal.h"
 #include "common/Literals.h"
 #include "types/Conversions.h"
 
@@ -17,6 +19,76 @@ bool BeginsWith(const std::string& code, const std::string& prefix) {
 }
 
 bool InSameOrder(const Entry& a, const Entry& b) { return a.key < b.key; }
+
+using Row = std::map<std::string, Variant>;
+
+std::vector<Row> RowsOf(db::Database& database, const std::string& table) {
+  std::vector<Row> all;
+  const auto rows = database.OpenRecordset("Select * From " + table);
+  for (; !rows->EndOfFile(); rows->MoveNext()) {
+    Row& row = all.emplace_back();
+    for (std::size_t i = 0; i < rows->FieldCount(); ++i) row[rows->Fields(i).Name()] = rows->Fields(i).Value();
+  }
+  return all;
+}
+
+bool Is(const Row& row, const char* flag) { return std::get<bool>(row.at(flag)); }
+
+// Every id that was handed out has a journal that begins with its entry, ends with its deletion if it was deleted, and
+// otherwise tells what the entry is now. What only the entry has is its version and its balances.
+void ExpectAsJournalled(const std::map<std::int32_t, Row>& entries, const std::vector<Row>& journal,
+                        std::int32_t serial) {
+  std::map<std::int32_t, Row> newest;
+  for (const Row& row : journal) {
+    const std::int32_t id = ToLong(row.at("Id"));
+    const std::int32_t action = ToLong(row.at("IdAcao"));
+    const bool begins =
+        action == Module1::kInclusao || (action == Module1::kEstorno && Is(row, "Estorno") && !Is(row, "Estornado"));
+    const auto earlier = newest.find(id);
+    EXPECT_EQ(earlier == newest.end(), begins) << "entry " << id << ", action " << action;
+    EXPECT_TRUE(earlier == newest.end() || ToLong(earlier->second.at("IdAcao")) != Module1::kExclusao)
+        << "entry " << id;
+    newest[id] = row;
+  }
+  EXPECT_EQ(static_cast<std::int32_t>(newest.size()), serial);
+  for (std::int32_t id = 1; id <= serial; ++id) {
+    ASSERT_TRUE(newest.contains(id)) << "entry " << id;
+    const Row& told = newest[id];
+    const bool deleted = ToLong(told.at("IdAcao")) == Module1::kExclusao;
+    ASSERT_NE(entries.contains(id), deleted) << "entry " << id;
+    if (deleted) continue;
+    for (const char* column : {"CodConta", "CodRecDesp", "CodCentroCusto", "IdParceiroComl", "Documento", "Valor",
+                               "ValorPago", "Data", "DataReferencia", "DataVencimento", "Historico", "DataId",
+                               "Realizado", "Estorno", "Estornado", "Transferencia"}) {
+      EXPECT_EQ(entries.at(id).at(column), told.at(column)) << "entry " << id << ", " << column;
+    }
+  }
+}
+
+// The legs of a transfer go the same way, and what was reversed has its opposite.
+void ExpectCounterparts(const std::map<std::int32_t, Row>& entries, const std::vector<Row>& transfers) {
+  std::size_t legs = 0;
+  for (const Row& transfer : transfers) {
+    const auto outgoing = entries.find(ToLong(transfer.at("SerialSai")));
+    const auto incoming = entries.find(ToLong(transfer.at("SerialEntra")));
+    ASSERT_EQ(outgoing == entries.end(), incoming == entries.end());
+    if (outgoing == entries.end()) continue;
+    legs += 2;
+    EXPECT_EQ(ToCurrency(outgoing->second.at("Valor")), -ToCurrency(incoming->second.at("Valor")));
+    for (const char* column : {"Realizado", "Estornado"}) {
+      EXPECT_EQ(outgoing->second.at(column), incoming->second.at(column)) << "transfer " << outgoing->first;
+    }
+  }
+  Currency reversed;
+  for (const auto& [id, entry] : entries) {
+    const Currency amount = ToCurrency(entry.at("Valor"));
+    if (Is(entry, "Estornado")) reversed += amount;
+    if (Is(entry, "Estorno")) reversed += amount;
+    if (!Is(entry, "Estorno") && ToLong(entry.at("Transferencia")) != 0) --legs;
+  }
+  EXPECT_EQ(reversed, Currency());
+  EXPECT_EQ(legs, 0u) << "each leg belongs to one transfer";
+}
 
 }  // namespace
 
@@ -85,11 +157,10 @@ std::size_t ExpectSound(const Company& company) {
   SetBalances(computed);
   ExpectSameEntries(stored, computed);
 
-  EXPECT_EQ(Count(*database, "HistoricosDeLancamentos WHERE IdAcao = 1"), StoredSerial(*database));
-  const auto agreeing = database->OpenRecordset(
-      "SELECT Count(*) FROM Lancamentos AS L INNER JOIN HistoricosDeLancamentos AS H ON L.Id = H.Id "
-      "WHERE H.IdAcao = 1 AND L.DataId = H.DataId AND L.Valor = H.Valor AND L.CodConta = H.CodConta");
-  EXPECT_EQ(static_cast<std::size_t>(ToLong(agreeing->Fields(std::size_t{0}).Value())), stored.size());
+  std::map<std::int32_t, Row> entries;
+  for (const Row& row : RowsOf(*database, "Lancamentos")) entries[ToLong(row.at("Id"))] = row;
+  ExpectAsJournalled(entries, RowsOf(*database, "HistoricosDeLancamentos"), StoredSerial(*database));
+  ExpectCounterparts(entries, RowsOf(*database, "Transferencias"));
   return stored.size();
 }
 

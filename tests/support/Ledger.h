@@ -34,7 +34,8 @@ std::vector<Entry> ReadEntries(db::Database& database);
 void ExpectSameEntries(const std::vector<Entry>& actual, const std::vector<Entry>& expected);
 
 // Nothing lost and nothing half-written: the stored balances are those of the stored amounts, every serial handed out
-// has its journal row of an inclusion, and every entry agrees with its own. Returns the number of entries.
+// has its journal, every entry is what the newest row of its journal tells, none lacks its counterpart in a transfer or
+// a reversal. Returns the number of entries.
 std::size_t ExpectSound(const Company& company);
 
 std::int32_t Count(db::Database& database, std::string_view from);  // rows of "table" or "table WHERE ..."

@@ -1,0 +1,188 @@
+#include "support/Operations.h"
+
+#include <filesystem>
+#include <string_view>
+
+#include "types/Conversions.h"
+
+namespace tsv::test {
+
+namespace {
+
+constexpr const char* kPosting = "em Tesovia.FazerLancamentoTS ";
+constexpr const char* kDeletion = " Em Tesovia.ExcluirLancamentoTS";
+constexpr const char* kLegSettlement = "em Tesovia_BaixaDeTransferencia";
+constexpr const char* kReversal = "em Tesovia.EstornarLancamentoTS";
+constexpr const char* kLegReversal = "em Tesovia_EstornoDeTransferencia";
+constexpr const char* kTransfer = "em Tesovia.FazerTransferenciaTS";
+
+constexpr const char* kLostSerial =
+    "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. Tente novamente.";
+constexpr const char* kNoOtherLeg =
+    "Erro: faltando informação sobre o lançamento correspondente na operação de transferência.";
+constexpr const char* kNotSettled =
+    "Não foi possível baixar o lançamento.\nPossível causa: outro usuário alterou lançamento ou a conta de capital ou "
+    "de receita/despesa foi desativada.";
+constexpr const char* kNotReversed =
+    "Não foi possível estornar o lançamento selecionado. Uma possível causa é que ele já tenha sido estornado por "
+    "outro usuário ou baixado como não realizado. Verifique.";
+
+struct Refusal {
+  char letter;
+  std::int32_t number;
+  std::string_view origin;
+  std::string_view description;
+};
+
+// v: not the version that was seen; l: the serial was lost; b: other balances than those read; u: not the row that was
+// read; j: no row for the journal; m: the other leg is missing; i: deactivated; e: the account of an incoming leg.
+constexpr Refusal kRefusals[] = {
+    {'b', TS_ERRO_LOGIN, "em Module1.VerificarApos", ""},
+    {'l', TS_ERRO_LANCAMENTO, kPosting, kLostSerial},
+    {'i', TS_ERRO_LOGIN, kPosting, ""},
+    {'v', TS_ERRO_EXCLUSAO, kDeletion,
+     "O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. A exclusão não se "
+     "realizou."},
+    {'u', TS_ERRO_EXCLUSAO, kDeletion,
+     "Não foi possível excluir o lançamento selecionado. Uma possível causa é que ele já tenha sido modificado ou "
+     "excluído por outro usuário enquanto você o visualizava. Verifique."},
+    {'j', TS_ERRO_EXCLUSAO, kDeletion, "Erro na gravação de histórico da exclusão.\nO lançamento não foi excluído."},
+    {'m', TS_ERRO_EXCLUSAO, kDeletion, kNoOtherLeg},
+    {'v', TS_ERRO_BAIXA, "em Tesovia.BaixarLancamentoTS",
+     "O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. A baixa não se realizou."},
+    {'u', TS_ERRO_BAIXA, "em Tesovia.BaixarTotal", kNotSettled},
+    {'u', TS_ERRO_BAIXA, "em Tesovia.BaixarParcial", kNotSettled},
+    {'u', TS_ERRO_BAIXA, "em Tesovia.BaixarNaoRealizado", kNotSettled},
+    {'u', TS_ERRO_BAIXA, kLegSettlement,
+     "A baixa do lançamento não ocorreu. Um motivo pode ser o de outro usuário ter acabado de estorná-lo ou "
+     "baixá-lo.\nAtualize sua pesquisa."},
+    {'m', TS_ERRO_BAIXA, kLegSettlement, kNoOtherLeg},
+    {'v', TS_ERRO_ESTORNO, kReversal,
+     "O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. O estorno não se "
+     "realizou."},
+    {'l', TS_ERRO_ESTORNO, kReversal, kLostSerial},
+    {'u', TS_ERRO_ESTORNO, kReversal, kNotReversed},
+    {'i', TS_ERRO_ESTORNO, kReversal,
+     "Não foi possível incluir o estorno.\nPossível causa: a conta, receita/despesa, centro de custo/lucro ou "
+     "cliente/fornecedor foi desativado."},
+    {'u', TS_ERRO_ESTORNO, kLegReversal, kNotReversed},
+    {'i', TS_ERRO_ESTORNO, kLegReversal,
+     "Não foi possível incluir o estorno.\nPossível causa: a conta 'CONTA 1.1' foi desativada."},
+    {'j', TS_ERRO_ESTORNO, kLegReversal, "Erro na gravação de histórico do estorno.\nO lançamento não foi estornado."},
+    {'m', TS_ERRO_ESTORNO, kLegReversal, kNoOtherLeg},
+    {'l', TS_ERRO_TRANSFERENCIA, kTransfer, kLostSerial},
+    {'i', TS_ERRO_TRANSFERENCIA, kTransfer,
+     "Não foi possível fazer o lançamento de saída. Transferência cancelada.\nPossível causa: a conta foi "
+     "desativada."},
+    {'e', TS_ERRO_TRANSFERENCIA, kTransfer,
+     "Não foi possível fazer o lançamento de entrada. Transferência cancelada.\nPossível causa: a conta foi "
+     "desativada."},
+};
+
+char LetterOf(const Erro& erro) {
+  if (erro.Numero() == 0) return '.';
+  for (const auto& [letter, number, origin, description] : kRefusals) {
+    if (erro.Numero() == number && erro.Descricao() == description && erro.Origem() == origin) return letter;
+  }
+  ADD_FAILURE() << erro;
+  return '?';
+}
+
+void Transfer(Tesovia& ledger, int day) {
+  CTransferencia request;
+  request.CodContaOrigem("1.1");
+  request.CodContaDestino("1.2");
+  request.Valor(Cents(500));
+  request.DataDaTransferencia(Day(2008, 7, day));
+  request.HistoricoSaida("Saída");
+  request.HistoricoEntrada("Entrada");
+  ledger.FazerTransferenciaTS(request);
+}
+
+std::int32_t NewestVersion(std::int32_t id) {
+  const auto row = CurrentSession().BancoDeDados->OpenRecordset("SELECT IdConcorrencia FROM Lancamentos WHERE Id = " +
+                                                                std::to_string(id));
+  return row->EndOfFile() ? 0 : ToLong(row->Fields("IdConcorrencia").Value());
+}
+
+}  // namespace
+
+Operation Posted(std::string name, int day) {
+  return {std::move(name), 0, [day](Tesovia& ledger, std::int32_t) {
+            Post(ledger, {Day(2008, 7, day), Cents(40), "1.1", "0", "1", 1});
+          }};
+}
+
+Operation Deleted(std::string name, std::int32_t id) {
+  return {std::move(name), id,
+          [id](Tesovia& ledger, std::int32_t version) { ledger.ExcluirLancamentoTS(id, version); }};
+}
+
+Operation Settled(std::string name, std::int32_t id, TIPO_BAIXA kind, std::int64_t cents, Date date) {
+  return {std::move(name), id, [=](Tesovia& ledger, std::int32_t version) {
+            CBaixa request;
+            request.IdLancamento(id);
+            request.IdConcorrencia(version);
+            request.TipoBaixa(kind);
+            request.ValorBaixado(Cents(cents));
+            request.DataRealizacao(date);
+            ledger.BaixarLancamentoTS(request);
+          }};
+}
+
+Operation Reversed(std::string name, std::int32_t id) {
+  return {std::move(name), id,
+          [id](Tesovia& ledger, std::int32_t version) { ledger.EstornarLancamentoTS("Engano", id, version); }};
+}
+
+Operation Transferred(std::string name) {
+  return {std::move(name), 0, [](Tesovia& ledger, std::int32_t) { Transfer(ledger, 12); }};
+}
+
+BusyLedger::BusyLedger() {
+  OnAnotherThread([this] {
+    CurrentSession().host = std::make_shared<RecordingHost>();
+    Tesovia ledger;
+    ledger.InicializarTS(Path(), "ana", "segredo");
+    Post(ledger, {Day(2008, 7, 10), Cents(1000), "1.1", "0", "1", 1});
+    Post(ledger, {Day(2008, 7, 5), Cents(-300), "1.1", "00", "1.1", 1});
+    Transfer(ledger, 8);
+    Post(ledger, {Day(2008, 7, 20), Cents(70), "1", "0", "1", 1});
+  });
+  std::filesystem::copy_file(Path(), Path() + ".first");
+}
+
+void BusyLedger::Restore() const {
+  for (const char* rest : {"-wal", "-shm"}) std::filesystem::remove(Path() + rest);
+  std::filesystem::copy_file(Path() + ".first", Path(), std::filesystem::copy_options::overwrite_existing);
+}
+
+char BusyLedger::Run(const Operation& operation, std::shared_ptr<db::StatementObserver> observer,
+                     bool hasSeenNewest) const {
+  char letter = '?';
+  OnAnotherThread([&] {
+    CurrentSession().host = std::make_shared<RecordingHost>();
+    Tesovia ledger;
+    ledger.InicializarTS(Path(), "ana", "segredo");
+    const std::int32_t version = hasSeenNewest ? NewestVersion(operation.id) : 0;
+    CurrentSession().BancoDeDados->Observe(observer);
+    letter = LetterOf(ErrorOf([&] { operation.run(ledger, version); }));
+  });
+  return letter;
+}
+
+std::vector<Operation> EveryOperation() {
+  return {Posted("posting", 12),
+          Deleted("deletion", 1),
+          Settled("full settlement", 1, BAIXA_TOTAL, 1000, Day(2008, 7, 15)),
+          Settled("partial settlement", 1, BAIXA_PARCIAL, 400, Day(2008, 7, 6)),
+          Settled("not realised", 1, BAIXA_NAO_REALIZADO, 1000, Day(2008, 7, 10)),
+          Reversed("reversal", 1),
+          Transferred("transfer"),
+          Deleted("deletion of 3", 3),
+          Settled("settlement of 3", 3, BAIXA_TOTAL, -500, Day(2008, 7, 8)),
+          Settled("3 not realised", 3, BAIXA_NAO_REALIZADO, -500, Day(2008, 7, 8)),
+          Reversed("reversal of 3", 3)};
+}
+
+}  // namespace tsv::test
