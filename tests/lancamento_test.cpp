@@ -2,16 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
 
 #include "common/Errors.h"
-#include "support/Errors.h"
+#include "db/KeptRecordset.h"
+#include "support/LimitedText.h"
 
 using namespace tsv;
-using tsv::test::ErrorOf;
-using tsv::test::ExpectErro;
-using tsv::test::OnAnotherThread;
+using namespace tsv::test;
 
 namespace {
 
@@ -30,31 +28,9 @@ CLancamento CompleteEntry() {
   return entry;
 }
 
-// One row that needs no database.
-class Row : public db::Recordset {
- public:
-  using Values = std::vector<std::pair<std::string, Variant>>;
-  explicit Row(Values values) : values_(std::move(values)) {}
+using Values = std::vector<std::pair<std::string, Variant>>;
 
-  void MoveFirst() override {}
-  void MoveLast() override {}
-  void MoveNext() override {}
-  void MovePrevious() override {}
-  bool BOF() const override { return false; }
-  bool EndOfFile() const override { return false; }
-  std::int32_t RecordCount() const override { return 1; }
-  std::size_t FieldCount() const override { return values_.size(); }
-  void Close() override {}
-
- private:
-  const std::string& NameAt(std::size_t index) const override { return values_[index].first; }
-  db::DataTypeEnum TypeAt(std::size_t) const override { return db::DataTypeEnum::dbText; }
-  const Variant& ValueAt(std::size_t index) const override { return values_[index].second; }
-
-  Values values_;
-};
-
-Row::Values StoredValues() {
+Values StoredValues() {
   return {{"Id", std::int32_t{1234}},
           {"CodConta", std::string("1.1")},
           {"CodRecDesp", std::string("2")},
@@ -81,34 +57,31 @@ Row::Values StoredValues() {
           {"IdConcorrencia", std::int32_t{3}}};
 }
 
-// The stored values but for one of them.
-Row With(std::string_view column, Variant value) {
-  Row::Values values = StoredValues();
-  std::ranges::find(values, column, [](const auto& each) { return each.first; })->second = std::move(value);
-  return Row(values);
+// One row that needs no database: the stored values but for one of them.
+db::KeptRecordset With(std::string_view column, const Variant& other) {
+  std::vector<db::FieldDescription> fields;
+  std::vector<Variant> row;
+  for (const auto& [name, value] : StoredValues()) {
+    fields.push_back({name});
+    row.push_back(name == column ? other : value);
+  }
+  return {std::make_shared<const std::vector<db::FieldDescription>>(std::move(fields)), std::move(row)};
 }
 
 // All that an entry holds, in the order of the stored values.
-Row::Values All(const CLancamento& e) {
+Values All(const CLancamento& e) {
   const Variant values[] = {
       e.Id(),        e.CodConta(),   e.CodRecDesp(),   e.CodCentroCusto(),   e.IdParceiroComl(),    e.Documento(),
       e.Valor(),     e.ValorPago(),  e.Data(),         e.DataReferencia(),   e.DataVencimento(),    e.Historico(),
       e.DataId(),    e.SaldoConta(), e.SaldoRecDesp(), e.SaldoCentroCusto(), e.SaldoParceiroComl(), e.SaldoGlobal(),
       e.IdUsuario(), e.Realizado(),  e.Estorno(),      e.Estornado(),        e.Transferencia(),     e.IdConcorrencia()};
-  Row::Values all = StoredValues();
+  Values all = StoredValues();
   for (std::size_t i = 0; i < all.size(); ++i) all[i].second = values[i];
   return all;
 }
 
 TEST(Entry, TextsAreTrimmedBeforeTheirLimitCounts) {
-  struct Rule {
-    void (CLancamento::*let)(std::string_view);
-    const std::string& (CLancamento::*get)() const noexcept;
-    std::size_t limit;
-    const char* refusal;
-    const char* origin;
-  };
-  const Rule rules[] = {
+  const LimitedText<CLancamento> texts[] = {
       {&CLancamento::CodConta, &CLancamento::CodConta, 31,
        "Código de conta de capital não pode ter mais do que 31 caracteres.", "em CLancamento.CodConta"},
       {&CLancamento::CodRecDesp, &CLancamento::CodRecDesp, 31,
@@ -120,18 +93,7 @@ TEST(Entry, TextsAreTrimmedBeforeTheirLimitCounts) {
       {&CLancamento::Historico, &CLancamento::Historico, 50, "Histórico não deve ter mais do que 50 caracteres.",
        "em CLancamento.Historico"},
   };
-  for (const Rule& rule : rules) {
-    OnAnotherThread([&] {
-      CLancamento entry;
-      std::string longest;
-      for (std::size_t i = 0; i < rule.limit; ++i) longest += "Ç";
-      (entry.*rule.let)("  " + longest + "   ");
-      EXPECT_EQ((entry.*rule.get)(), longest);
-      const Erro erro = ErrorOf([&] { (entry.*rule.let)(longest + "Ç"); });
-      ExpectErro(erro, TS_ERRO_LANCAMENTO, rule.refusal, rule.origin);
-      EXPECT_EQ((entry.*rule.get)(), longest);
-    });
-  }
+  ExpectLimited(texts, TS_ERRO_LANCAMENTO);
 }
 
 TEST(Entry, DatesStayAsGiven) {
@@ -200,7 +162,7 @@ TEST(Entry, ValidationNamesTheFirstThingMissing) {
 
 TEST(Entry, LoadsARowAsItIsAndCopiesItByTheRules) {
   CLancamento loaded;
-  loaded.CarregarDeRegistro(Row(StoredValues()));
+  loaded.CarregarDeRegistro(With("", Null()));
   EXPECT_EQ(All(loaded), StoredValues());
   const auto copy = loaded.Copiar();
   EXPECT_EQ(copy->Historico(), "MINÚSCULAS");

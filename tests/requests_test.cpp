@@ -7,6 +7,7 @@
 #include "Collection.h"
 #include "common/Errors.h"
 #include "support/Errors.h"
+#include "support/LimitedText.h"
 
 using namespace tsv;
 using namespace tsv::test;
@@ -16,20 +17,12 @@ namespace {
 Date Day(int year, int month, int day) { return Date::FromCivil(year, month, day); }
 Currency Units(std::int64_t tenThousandths) { return Currency::FromTenThousandths(tenThousandths); }
 
-struct LimitedText {
-  void (CTransferencia::*let)(std::string_view);
-  const std::string& (CTransferencia::*get)() const noexcept;
-  std::size_t limit;
-  const char* refusal;
-  const char* origin;
-};
-
 constexpr const char* kLongCode = "Código de conta não pode ter mais do que 31 caracteres.";
 constexpr const char* kLongHistory = "Histórico não deve ter mais do que 50 caracteres.";
 constexpr const char* kLongDocument = "Documento não deve ter mais do que 15 caracteres.";
 
 #define PROPERTY(name) &CTransferencia::name, &CTransferencia::name
-const LimitedText kTexts[] = {
+const LimitedText<CTransferencia> kTexts[] = {
     {PROPERTY(CodContaOrigem), 31, kLongCode, "em CTransferencia.CodContaOrigem"},
     {PROPERTY(CodContaDestino), 31, kLongCode, "em CTransferencia.CodContaDestino"},
     {PROPERTY(HistoricoSaida), 50, kLongHistory, "em CTransferencia.HistoricoSaida"},
@@ -39,29 +32,7 @@ const LimitedText kTexts[] = {
 };
 #undef PROPERTY
 
-std::string Cedillas(std::size_t count) {
-  std::string text;
-  while (count-- > 0) text += "ç";
-  return text;
-}
-
-TEST(TransferRequest, TextsAreTrimmedAndLimited) {
-  for (const LimitedText& text : kTexts) {
-    OnAnotherThread([&] {
-      SCOPED_TRACE(text.origin);
-      CTransferencia request;
-      (request.*text.let)("  " + Cedillas(text.limit) + "   ");
-      EXPECT_EQ((request.*text.get)(), Cedillas(text.limit));
-      (request.*text.let)("antes");
-      ExpectErro(ErrorOf([&] { (request.*text.let)(" " + Cedillas(text.limit + 1)); }), TS_ERRO_TRANSFERENCIA,
-                 text.refusal, text.origin);
-      EXPECT_EQ((request.*text.get)(), "antes");
-      for (const LimitedText& other : kTexts) {
-        EXPECT_EQ((request.*other.get)(), other.let == text.let ? "antes" : "") << other.origin;
-      }
-    });
-  }
-}
+TEST(TransferRequest, TextsAreTrimmedAndLimited) { ExpectLimited(kTexts, TS_ERRO_TRANSFERENCIA); }
 
 TEST(TransferRequest, ALaterRefusalCarriesTheOriginOfTheFirst) {
   OnAnotherThread([] {

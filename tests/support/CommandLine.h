@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "support/Listed.h"
 #include "support/TemporaryFolder.h"
 
 namespace tsv::test {
@@ -94,22 +95,13 @@ class CommandLine : public ::testing::Test {
   // Runs what data/commands.txt has under the name: each line an exit code, a text to be told, and a command. A plus
   // after the code: the command shows something before it fails.
   void RunListed(const std::string& name) {
-    std::ifstream file(TSV_TEST_DATA "/commands.txt");
-    std::string line;
-    while (std::getline(file, line) && line != "# " + name) continue;
-    ASSERT_TRUE(file) << name;
-    while (std::getline(file, line) && !line.empty()) {
-      SCOPED_TRACE(line);
-      const std::size_t text = line.find(" | ") + 3;
-      const std::size_t command = line.find(" | ", text) + 3;
-      const int code = std::stoi(line);
-      const std::string told = line.substr(text, command - 3 - text);
-      if (code == 0) {
-        ExpectTold(Done(line.substr(command)), told);
-      } else if (line[1] == '+') {
-        EXPECT_NE(Failed(code, told, line.substr(command)), "");
+    for (const auto& line : Listed("commands.txt", name)) {
+      const std::string& code = line.at(0);
+      SCOPED_TRACE(line.at(2));
+      if (code == "0") {
+        ExpectTold(Done(line[2]), line[1]);
       } else {
-        Refused(code, told, line.substr(command));
+        EXPECT_EQ(Failed(std::stoi(code), line[1], line[2]).empty(), !code.ends_with("+"));
       }
     }
   }
