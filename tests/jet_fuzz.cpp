@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "support/EmptyLedger.h"
+#include "support/Listed.h"
 #include "types/Erro.h"
 
 namespace {
@@ -19,134 +20,26 @@ class Walk {
   explicit Walk(std::uint64_t seed) : random_(seed) {}
 
   std::string Statement() {
-    depth_ = 0;
-    std::string text;
-    switch (Pick(12)) {
-      case 0:
-        text = Insert();
-        break;
-      case 1:
-        text = "UPDATE Itens SET " + Column() + " = " + Value() + Chance(2, " WHERE " + Condition());
-        break;
-      case 2:
-        text = "DELETE * FROM Movs WHERE " + Condition();
-        break;
-      case 3:
-        text = Query() + " UNION " + Chance(2, "ALL ") + Query() + Chance(2, " ORDER BY 1");
-        break;
-      case 4:
-        text = "UPDATE Itens AS I INNER JOIN Movs AS M ON (I.Id = M.IdItem AND " + Condition() +
-               ") SET I.Preco = " + Value() + ", I.Nome = " + Value();
-        break;
-      case 5:
-        text = "TRANSFORM Sum(Valor) SELECT IdItem FROM Movs GROUP BY IdItem PIVOT Tipo IN ('S', " + Value() + ")";
-        break;
-      default:
-        text = Query();
-        break;
-    }
+    expanded_ = 0;
+    const std::string text = Any("statement");
     return Pick(3) == 0 ? Damage(text) : text;
   }
 
  private:
   std::size_t Pick(std::size_t n) { return std::uniform_int_distribution<std::size_t>(0, n - 1)(random_); }
-  std::string Chance(std::size_t oneIn, std::string text) { return Pick(oneIn) == 0 ? text : ""; }
-  std::string Of(const std::vector<std::string>& words) { return words[Pick(words.size())]; }
 
-  std::string Insert() {
-    return "INSERT INTO Movs SELECT " + Value() + " AS Id, " + Value() + " AS IdItem, " + Value() + " AS Valor, " +
-           Value() + " AS Tipo" + Chance(2, " FROM Itens" + Chance(2, " WHERE " + Condition()));
-  }
-
-  std::string Query() {
-    std::string text =
-        "SELECT " + Chance(6, "DISTINCT ") + Chance(6, "TOP " + std::to_string(Pick(5)) + Chance(3, " PERCENT") + " ");
-    const bool grouped = Pick(5) == 0;
-    if (grouped) {
-      text +=
-          "Grupo, " + Of({"Count(*)", "Sum(Preco)", "Avg(Qtd)", "Max(Nome)", "First(Desde)", "Min(" + Value() + ")"});
-    } else {
-      text += Chance(3, "*, ") + Value() + Chance(2, " AS r") + Chance(2, ", " + Value());
+  // A form of this name in data/grammar.txt, where {name} stands for a form of that name and {} for nothing. The first
+  // form is the shortest: large texts end with it.
+  std::string Any(const std::string& name) {
+    const auto [forms, isNew] = grammar_.try_emplace(name);
+    if (isNew) forms->second = tsv::test::Listed("grammar.txt", name);
+    std::string rest = forms->second[++expanded_ > kLargest ? 0 : Pick(forms->second.size())][0];
+    std::string text;
+    for (std::size_t at; (at = rest.find('{')) != std::string::npos; rest = rest.substr(rest.find('}') + 1)) {
+      const std::string inner = rest.substr(at + 1, rest.find('}') - at - 1);
+      text += rest.substr(0, at) + (inner.empty() ? "" : Any(inner));
     }
-    text += " FROM " + Sources() + Chance(2, " WHERE " + Condition());
-    if (grouped) text += " GROUP BY Grupo" + Chance(2, " HAVING Count(*) > " + Value());
-    return text + Chance(2, " ORDER BY " + Value() + Chance(2, " DESC"));
-  }
-
-  std::string Sources() {
-    return Of({"Itens", "Itens AS I, Grupos", "Itens AS I INNER JOIN Grupos AS G ON I.Grupo = G.Sigla", "Movs",
-               "Vazia, Grupos",
-               "(Movs AS M INNER JOIN Itens AS I ON M.IdItem = I.Id) LEFT JOIN Grupos AS G ON I.Grupo = G.Sigla",
-               "Grupos AS G RIGHT JOIN (Itens AS I INNER JOIN Movs AS M ON M.IdItem = I.Id) ON I.Grupo = G.Sigla",
-               "(SELECT Id, Grupo, Preco AS Valor FROM Itens WHERE " + Shallow() + ") AS x"});
-  }
-
-  std::string Shallow() { return Pick(2) == 0 ? "Id > 3" : "Grupo = 'FER'"; }
-
-  std::string Column() {
-    return Of({"Id", "Nome", "Grupo", "Preco", "Qtd", "Peso", "Desde", "Ativo", "Obs", "Codigo", "Valor", "Dia", "Tipo",
-               "Sigla", "Teto", "I.Id", "G.Titulo", "[Valor Final]", "Nada"});
-  }
-
-  std::string Literal() {
-    return Of({"0", "1", "-1", "2147483647", "12.5", "-0.0001", "922337203685477.5807", "1E10", "'FER'", "''", "'a*'",
-               "'[a-c]?#'", "'ç'", "\"x\"", "#02/29/2008#", "#12/31/1999 23:59:59#", "Null", "True", "False"});
-  }
-
-  std::string Value() {
-    if (++depth_ > 12) return Literal();
-    switch (Pick(14)) {
-      case 0:
-      case 1:
-      case 2:
-        return Literal();
-      case 3:
-      case 4:
-      case 5:
-      case 6:
-        return Column();
-      case 7:
-        return Value() + Of({" + ", " - ", " * ", " / ", " \\ ", " MOD ", " ^ ", " & ", " - -"}) + Value();
-      case 8:
-        return "(" + Value() + ")";
-      case 9:
-        return "IIF(" + Condition() + ", " + Value() + ", " + Value() + ")";
-      case 10:
-        return Of({"Len", "UCase", "Abs", "Int", "Fix", "Year", "CStr", "CLng", "CCur", "CDate", "Val", "Trim", "Nz",
-                   "Round", "Sgn"}) +
-               "(" + Value() + ")";
-      case 11:
-        return Of({"Left", "Mid", "InStr", "Format", "DateAdd", "DateDiff", "Nz", "Replace", "DateSerial"}) + "(" +
-               Value() + ", " + Value() + Chance(2, ", " + Value()) + ")";
-      case 12:
-        return "-" + Value();
-      default:
-        return "(SELECT " + Of({"Max(Id)", "Id", "Sum(Preco)", "Nome"}) + " FROM Itens WHERE " + Shallow() + ")";
-    }
-  }
-
-  std::string Condition() {
-    if (++depth_ > 12) return "Id = 1";
-    switch (Pick(9)) {
-      case 0:
-        return Value() + " LIKE " + Value();
-      case 1:
-        return Value() + " LIKE " + Column() + " & '*'";
-      case 2:
-        return "NOT " + Value() + " Is NULL AND " + Condition();
-      case 3:
-        return "(" + Condition() + Of({" AND ", " OR ", " XOR ", " EQV ", " IMP "}) + Condition() + ")";
-      case 4:
-        return Value() + " BETWEEN " + Value() + " AND " + Value();
-      case 5:
-        return Value() + " IN (" + Value() + ", " + Value() + ")";
-      case 6:
-        return Value() + " IN (SELECT Id FROM Itens WHERE " + Shallow() + ")";
-      case 7:
-        return Value() + Of({" > ANY ", " = ALL ", " <> SOME "}) + "(SELECT Preco FROM Itens)";
-      default:
-        return Value() + Of({" = ", " <> ", " < ", " >= "}) + Value();
-    }
+    return text + rest;
   }
 
   std::string Damage(std::string text) {
@@ -171,8 +64,11 @@ class Walk {
     return text;
   }
 
+  static constexpr std::size_t kLargest = 20;
+
   std::mt19937_64 random_;
-  std::size_t depth_ = 0;
+  std::size_t expanded_ = 0;
+  std::map<std::string, std::vector<std::vector<std::string>>> grammar_;
 };
 
 void Fill(tsv::db::Database& database) {
