@@ -23,24 +23,21 @@ const std::vector<std::string> kTypes = {"0", "00", "0012", "2"};  // beside the
 const std::vector<std::string> kCentres = {"1", "1.1", "1.10", "2"};
 constexpr int kPartners = 3;
 
-struct Row {
-  std::string key;
-  std::int64_t amount = 0;  // ten-thousandths
-  std::string account;
-  std::string type;
-  std::string centre;
-  int partner = 0;
-  std::string realised;  // as a literal
-
-  bool Counts() const { return realised != "'N'"; }
-};
-
-// Whose balances: codes as parameters, which need not be codes of any master.
+// What an entry is classified by, and whose balances a query is asked for: then codes need not be those of any master.
 struct Subject {
   std::string account;
   std::string type;
   std::string centre;
   int partner = 0;
+};
+
+struct Row {
+  std::string key;
+  std::int64_t amount = 0;  // ten-thousandths
+  Subject of;
+  std::string realised;  // as a literal
+
+  bool Counts() const { return realised != "'N'"; }
 };
 
 using Five = std::array<std::int64_t, 5>;
@@ -52,7 +49,7 @@ std::string Folded(std::string text) {
 }
 
 bool Below(const std::string& code, const std::string& parent) {
-  return !parent.empty() && parent != "@@@" && parent != "$@#" && Folded(code).starts_with(Folded(parent));
+  return !parent.empty() && Folded(code).starts_with(Folded(parent));
 }
 
 template <typename Included>
@@ -60,10 +57,10 @@ Five PlainSums(const std::vector<Row>& rows, const Subject& subject, Included in
   Five sums{};
   for (const Row& row : rows) {
     if (!row.Counts() || !included(row)) continue;
-    sums[0] += Below(row.account, subject.account) ? row.amount : 0;
-    sums[1] += Below(row.type, subject.type) ? row.amount : 0;
-    sums[2] += Below(row.centre, subject.centre) ? row.amount : 0;
-    sums[3] += subject.partner != 0 && row.partner == subject.partner ? row.amount : 0;
+    sums[0] += Below(row.of.account, subject.account) ? row.amount : 0;
+    sums[1] += Below(row.of.type, subject.type) ? row.amount : 0;
+    sums[2] += Below(row.of.centre, subject.centre) ? row.amount : 0;
+    sums[3] += subject.partner != 0 && row.of.partner == subject.partner ? row.amount : 0;
     sums[4] += row.amount;
   }
   return sums;
@@ -133,27 +130,24 @@ class RandomLedger {
              const std::vector<std::string>& centres) {
     Row row{Key(Number(1, 31), id),
             Number(-2'000'000, 2'000'000),
-            Any(accounts),
-            Any(types),
-            "",
-            0,
+            {Any(accounts), Any(types), "", 0},
             Any({"'?'", "'S'", "'E'", "'N'", "'N'", "NULL"})};
-    if (Number(0, 4) == 0) row.account = Folded(row.account);
-    if (Number(0, 2) > 0) row.centre = Any(centres);
-    if (Number(0, 2) > 0) row.partner = Number(1, kPartners);
+    if (Number(0, 4) == 0) row.of.account = Folded(row.of.account);
+    if (Number(0, 2) > 0) row.of.centre = Any(centres);
+    if (Number(0, 2) > 0) row.of.partner = Number(1, kPartners);
     return row;
   }
 
   void Insert(const Row& row) {
     const auto upToRow = [&](const Row& other) { return other.key <= row.key; };
-    const Five carried = PlainSums(rows, {row.account, row.type, row.centre, row.partner}, upToRow);
+    const Five carried = PlainSums(rows, row.of, upToRow);
     std::ostringstream sql;
     sql << "INSERT INTO Lancamentos (Id, CodConta, CodRecDesp, CodCentroCusto, IdParceiroComl, Valor, Data, Historico, "
            "DataId, SaldoConta, SaldoRecDesp, SaldoCentroCusto, SaldoParceiroComl, SaldoGlobal, IdUsuario, Realizado) "
            "VALUES ("
-        << std::stoi(row.key.substr(8)) << ", '" << row.account << "', '" << row.type << "', " << TextOrNull(row.centre)
-        << ", " << (row.partner ? std::to_string(row.partner) : "NULL") << ", " << Amount(row.amount)
-        << ", #01/01/1990#, 'X', '" << row.key << "'";
+        << std::stoi(row.key.substr(8)) << ", '" << row.of.account << "', '" << row.of.type << "', "
+        << TextOrNull(row.of.centre) << ", " << (row.of.partner ? std::to_string(row.of.partner) : "NULL") << ", "
+        << Amount(row.amount) << ", #01/01/1990#, 'X', '" << row.key << "'";
     for (const std::int64_t balance : carried) sql << ", " << Amount(balance);
     sql << ", 1, " << row.realised << ")";
     user.Execute(sql.str());
@@ -170,18 +164,15 @@ Five FiveOf(db::Recordset& row) {
 }
 
 void SetSubject(db::QueryDef& query, const Subject& subject) {
-  query.Parameters(0).Value = subject.partner;
-  query.Parameters(1).Value = subject.centre;
-  query.Parameters(2).Value = subject.account;
-  query.Parameters(3).Value = subject.type;
+  query.Parameters("IdParceiro").Value = subject.partner;
+  query.Parameters("CodCCusto").Value = subject.centre;
+  query.Parameters("CodCon").Value = subject.account;
+  query.Parameters("CodRecDes").Value = subject.type;
 }
 
 Five BalancesAt(User& user, const Subject& subject, const std::string& newKey, const std::string& oldKey) {
   const auto query = user.database->QueryDefs("ParQryLastSaldosByDataId");
-  query->Parameters("IdParceiro").Value = subject.partner;
-  query->Parameters("CodCCusto").Value = subject.centre;
-  query->Parameters("CodCon").Value = subject.account;
-  query->Parameters("CodRecDes").Value = subject.type;
+  SetSubject(*query, subject);
   query->Parameters("ParNewDataId").Value = newKey;
   query->Parameters("ParOldDataId").Value = oldKey;
   const auto row = query->OpenRecordset();
@@ -235,13 +226,12 @@ TEST(StoredQueries, VerificationDoesNotTrustTheVerifiedRow) {
   RandomLedger ledger(1);
   ASSERT_GT(ledger.rows.size(), 10U);
   const Row& row = ledger.rows[ledger.rows.size() / 2];
-  const Subject subject = {row.account, row.type, row.centre, row.partner};
-  const Five before = BalancesAt(ledger.user, subject, row.key, " ");
+  const Five before = BalancesAt(ledger.user, row.of, row.key, " ");
   ledger.user.Execute(
       "UPDATE Lancamentos SET SaldoConta = 1, SaldoRecDesp = 1, SaldoCentroCusto = 1, SaldoParceiroComl = 1, "
       "SaldoGlobal = 1 WHERE DataId = '" +
       row.key + "'");
-  EXPECT_EQ(BalancesAt(ledger.user, subject, row.key, " "), before);
+  EXPECT_EQ(BalancesAt(ledger.user, row.of, row.key, " "), before);
 }
 
 TEST(StoredQueries, NullStandsForNoneAndNothingSetForAMistake) {
