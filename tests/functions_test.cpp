@@ -4,34 +4,13 @@
 
 #include <cmath>
 #include <fstream>
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "db/jet/TextValues.h"
-#include "types/Conversions.h"
-#include "types/Erro.h"
+#include "support/JsonValues.h"
 
 namespace tsv::db::jet {
 namespace {
-
-using Json = nlohmann::json;
-
-// A number with a point is a Double, one without a Long. Types that JSON lacks are named; dates are ISO, amounts have a
-// decimal comma.
-Variant ValueOf(const Json& json) {
-  if (json.is_null()) return Null{};
-  if (json.is_boolean()) return json.get<bool>();
-  if (json.is_string()) return json.get<std::string>();
-  if (json.is_number_integer()) return json.get<std::int32_t>();
-  if (json.is_number()) return json.get<double>();
-  if (json.contains("date")) return Date::FromText(json["date"].get<std::string>()).value();
-  if (json.contains("currency")) return Currency::FromText(json["currency"].get<std::string>()).value();
-  return json.at("byte").get<std::uint8_t>();
-}
-
-std::string Shown(const Variant& value) {
-  return "type " + std::to_string(value.index()) + ": " + (IsNull(value) ? "Null" : TextOf(value));
-}
 
 // Calls a function of the table as an engine does.
 Variant Call(std::string_view name, const std::vector<Variant>& arguments) {
@@ -43,19 +22,14 @@ Variant Call(std::string_view name, const std::vector<Variant>& arguments) {
 
 TEST(Functions, GiveTheListedResults) {
   std::ifstream file(TSV_TEST_DATA "/functions.json");
-  const Json listed = Json::parse(file);
+  const test::Json listed = test::Json::parse(file);
   for (const auto& [subject, calls] : listed.items()) {
-    for (const Json& call : calls) {
-      SCOPED_TRACE(subject + ": " + call.dump());
-      const Json& expected = call.at(2);
+    for (const test::Json& call : calls) {
       std::vector<Variant> arguments;
-      for (const Json& argument : call[1]) arguments.push_back(ValueOf(argument));
-      try {
-        const Variant result = Call(call[0].get<std::string>(), arguments);
-        EXPECT_EQ(Shown(result), expected.contains("error") ? "an error" : Shown(ValueOf(expected)));
-      } catch (const Erro& erro) {
-        EXPECT_EQ(Json({{"error", erro.Numero()}}), expected);
-      }
+      for (const test::Json& argument : call[1]) arguments.push_back(test::ValueOf(argument));
+      EXPECT_EQ(test::ShownResult([&] { return Call(call[0].get<std::string>(), arguments); }),
+                test::ShownResult(call.at(2)))
+          << subject << ": " << call;
     }
   }
 }

@@ -3,8 +3,10 @@
 // error (51) means that the compiler wrote SQL which the engine does not understand.
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <random>
 #include <string>
 #include <vector>
@@ -71,22 +73,11 @@ class Walk {
   std::map<std::string, std::vector<std::vector<std::string>>> grammar_;
 };
 
+// The tables of the listed SELECTs, with a few rows each.
 void Fill(tsv::db::Database& database) {
-  database.Execute(
-      "CREATE TABLE Itens (Id LONG PRIMARY KEY, Nome TEXT(30), Grupo TEXT(10), Preco CURRENCY, Qtd LONG, Peso DOUBLE, "
-      "Desde DATETIME, Ativo YESNO, Obs TEXT(50), Codigo TEXT(12))");
-  database.Execute("CREATE TABLE Grupos (Sigla TEXT(10) PRIMARY KEY, Titulo TEXT(30), Teto CURRENCY)");
-  database.Execute("CREATE TABLE Movs (Id LONG, IdItem LONG, Dia DATETIME, Tipo TEXT(1), Valor CURRENCY)");
-  database.Execute("CREATE TABLE Vazia (Id LONG, Valor CURRENCY)");
-  for (int i = 1; i <= 6; ++i) {
-    const std::string n = std::to_string(i);
-    database.Execute("INSERT INTO Itens VALUES (" + n + ", 'Item " + n + "', '" + (i % 2 == 0 ? "FER" : "tin") + "', " +
-                     n + ".25, " + n + ", 0.5, #0" + n + "/15/2008#, " + (i % 3 == 0 ? "True" : "False") +
-                     ", Null, 'A-" + n + "*')");
-    database.Execute("INSERT INTO Movs VALUES (" + n + ", " + n + ", #01/0" + n + "/2008#, 'S', -" + n + ".5)");
-  }
-  database.Execute("INSERT INTO Grupos VALUES ('FER', 'Ferragens', 50)");
-  database.Execute("INSERT INTO Grupos VALUES ('TIN', 'Tintas', Null)");
+  std::ifstream file(TSV_TEST_DATA "/selects.json");
+  const nlohmann::json data = nlohmann::json::parse(file);
+  for (const std::string sql : data["setup"]) database.Execute(sql);
 }
 
 }  // namespace
