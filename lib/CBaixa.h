@@ -19,6 +19,7 @@ enum TIPO_BAIXA : std::int32_t {
 };
 
 namespace internal {
+// The entry that a settlement is about, as stored: none until the settlement has read it.
 const std::shared_ptr<CLancamento>& LancamentoDe(const CBaixa& baixa) noexcept;
 void AnexarLancamento(CBaixa& baixa, std::shared_ptr<CLancamento> lancamento) noexcept;
 }  // namespace internal

@@ -45,7 +45,7 @@ void Delete(std::int32_t id, std::string_view realizado, std::int32_t idConcorre
                          "sido modificado ou excluído por outro usuário enquanto você o visualizava. Verifique.");
 }
 
-void DeleteLeg(const internal::Leg& leg) {
+void DeleteLeg(const internal::Perna& leg) {
   InsertJournal(JournalOfLeg(kExclusao, leg.Id, {}, CorrectionFor(leg.Realizado, leg.Valor)));
   Delete(leg.Id, leg.Realizado, leg.IdConcorrencia);
   if (Counts(leg.Realizado)) {

@@ -11,15 +11,11 @@ namespace tsv::internal {
 
 using namespace Module1;
 
-namespace {
-
 std::shared_ptr<CLancamento> Carregado(const db::Recordset& row) {
   auto lancamento = std::make_shared<CLancamento>();
   lancamento->CarregarDeRegistro(row);
   return lancamento;
 }
-
-}  // namespace
 
 std::shared_ptr<db::Recordset> AbrirRecordset(std::string_view SQL, db::RecordsetTypeEnum Tipo) {
   auto recordset = BancoAberto()->OpenRecordset(SQL, Tipo);

@@ -12,8 +12,11 @@
 // How the ledger's own operations read it; clients have no part in it.
 namespace tsv::internal {
 
-// On its first row, its count complete. The caller has seen to it that the session's database is open.
+// On its first row, its count complete. No open ledger: TS_ERRO_NAO_INICIALIZADO.
 std::shared_ptr<db::Recordset> AbrirRecordset(std::string_view SQL, db::RecordsetTypeEnum Tipo);
+
+// The entry of the current row, as CLancamento loads it.
+std::shared_ptr<CLancamento> Carregado(const db::Recordset& row);
 
 // The entry as its row stands now. No such entry: TS_ERRO_CARREGAR_LANCAMENTO.
 std::shared_ptr<CLancamento> CarregarLancamentoTS(std::int32_t IdLancamento);

@@ -159,7 +159,7 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
     lancamento->Realizado("?");
 
     const Classificacao classificacao = internal::ClasseDe(*lancamento);
-    const Lugar lugar = LerLugar(classificacao, DataPrevisao, Valor);
+    const LugarNovo lugar = LerLugar(classificacao, DataPrevisao, Valor);
     lancamento->SaldoParceiroComl(lugar.Novos.ParceiroComl);
     lancamento->SaldoCentroCusto(lugar.Novos.CentroCusto);
     lancamento->SaldoConta(lugar.Novos.Conta);
@@ -173,13 +173,7 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
     CDaoTrans transaction;
     transaction.BegTrans();
 
-    if (!ReivindicarSerial(lugar.Serial)) {
-      transaction.RollBack();
-      busy.reset();
-      GerarErro(TS_ERRO_LANCAMENTO,
-                "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. "
-                "Tente novamente.");
-    }
+    ReivindicarSerial(lugar.Serial, TS_ERRO_LANCAMENTO);
 
     // The box has told the user why; the error without a text keeps the client from telling it again.
     const auto explainAndFail = [&](std::string_view reason) {

@@ -1,16 +1,10 @@
 #pragma once
 
-#include <memory>
-
 #include "CBaixa.h"
 #include "CTransferencia.h"
 
 // What the ledger's own operations do with a client's requests; clients have no part in it.
 namespace tsv::internal {
-
-// The entry that a settlement is about, as stored: none until the settlement has read it.
-const std::shared_ptr<CLancamento>& LancamentoDe(const CBaixa& baixa) noexcept;
-void AnexarLancamento(CBaixa& baixa, std::shared_ptr<CLancamento> lancamento) noexcept;
 
 // Holds the request against its entry. Returns true; the first thing wrong raises TS_ERRO_BAIXA with the message for
 // the user, an amount of zero on either side 11.

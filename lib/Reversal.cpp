@@ -12,7 +12,6 @@
 #include "common/Journal.h"
 #include "common/Session.h"
 #include "common/Statement.h"
-#include "db/LedgerSchema.h"
 #include "types/Conversions.h"
 #include "types/Text.h"
 
@@ -30,17 +29,10 @@ void RefuseQuotes(std::string_view historico, std::string_view refusal) {
   if (historico.find_first_of("\"'") != std::string_view::npos) Refuse(refusal);
 }
 
-std::string RequireHistory(std::string_view historico) {
+std::string_view RequireHistory(std::string_view historico) {
   const std::string_view trimmed = text::Trim(historico);
   if (trimmed.empty()) Refuse("Erro: histórico de estorno não informado.");
-  return text::Upper(trimmed);
-}
-
-void Claim(std::int32_t serial) {
-  if (ReivindicarSerial(serial)) return;
-  Refuse(
-      "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. "
-      "Tente novamente.");
+  return trimmed;
 }
 
 void ExecuteMark(const Statement& mark) {
@@ -72,8 +64,8 @@ void InsertJournal(const Statement& journal) {
 }
 
 // The entry that stands against another, of the opposite amount, after the entries of the same day.
-Statement ReversingInsert(const CLancamento& entry, const Classificacao& classe, Currency amount, const Lugar& lugar,
-                          std::string_view historico) {
+Statement ReversingInsert(const CLancamento& entry, const Classificacao& classe, Currency amount,
+                          const LugarNovo& lugar, std::string_view historico) {
   const Literal centre = TextOrNull(classe.CodCentroCusto);
   const Literal partner = NumberOrNull(classe.IdParceiroComl);
   const Literal account = TextLiteral(classe.CodConta);
@@ -108,33 +100,26 @@ Statement ReversingInsert(const CLancamento& entry, const Classificacao& classe,
 std::shared_ptr<CLancamento> Reverse(const CLancamento& entry, std::int32_t idConcorrencia,
                                      std::string_view historico) {
   RefuseQuotes(historico, "Caracteres de aspas duplas ou simples não são permitidos em histórico.");
-  const std::string history = RequireHistory(historico);
-  if (text::Length(text::Trim(historico)) > internal::kHistoryLimit)
-    Refuse("Erro: histórico com mais de 50 caracteres.");
+  const std::string_view history = RequireHistory(historico);
+  if (text::Length(history) > internal::kHistoryLimit) Refuse("Erro: histórico com mais de 50 caracteres.");
 
   const CHourGlass busy;
   const Classificacao classe = internal::ClasseDe(entry);
   const Currency amount = -entry.Valor();
-  const Lugar lugar = LerLugar(classe, ToDate(entry.Data()), amount);
+  const LugarNovo lugar = LerLugar(classe, ToDate(entry.Data()), amount);
 
   CDaoTrans transaction;
   transaction.BegTrans();
-  Claim(lugar.Serial);
+  ReivindicarSerial(lugar.Serial, TS_ERRO_ESTORNO);
   Mark(entry.Id(), idConcorrencia);
   InsertJournal(JournalOfEntry(kEstorno, entry.Id()));
-  ReversingInsert(entry, classe, amount, lugar, history)
+  ReversingInsert(entry, classe, amount, lugar, text::Upper(history))
       .ExecuteOrRefuse(TS_ERRO_ESTORNO,
                        "Não foi possível incluir o estorno.\nPossível causa: a conta, receita/despesa, centro de "
                        "custo/lucro ou cliente/fornecedor foi desativado.");
   InsertJournal(JournalOfEntry(kEstorno, lugar.Id));
   DeslocarSaldos(classe, amount, lugar.DataId, kShift);
-  const std::string_view centreOrNone = classe.CodCentroCusto.empty() ? db::kNoCostCentre : classe.CodCentroCusto;
-  if (!VerificarApos(classe.IdParceiroComl, centreOrNone, classe.CodConta, classe.CodRecDesp, lugar.DataId, " ",
-                     lugar.Novos)) {
-    Refuse(
-        "Algumas informações de controle foram modificadas simultaneamente por outro usuário enquanto se dava esta "
-        "operação.\nPor favor, tente novamente.");
-  }
+  ExigirSaldos(classe, lugar.DataId, " ", lugar.Novos, TS_ERRO_ESTORNO);
   auto reversing = internal::CarregarLancamentoTS(lugar.Id);
   transaction.ComTrans();
   return reversing;
@@ -156,7 +141,7 @@ constexpr LegText kIncoming = {{.Ending = " AND L.CODCONTA = C.CODIGO ANd C.Excl
                                {.Ending = " AND L.CODCONTA = C.CODIGO ANd C.Excluida=False )"},
                                " As IdUsuario, 0 as IdConcorrencia FROM Contas As C WHERE C.Codigo = "};
 
-Statement ReversingInsert(const internal::Leg& leg, Currency amount, const Lugar& lugar, const Literal& historico,
+Statement ReversingInsert(const internal::Perna& leg, Currency amount, const LugarNovo& lugar, const Literal& historico,
                           const LegText& text) {
   const Literal account = TextLiteral(leg.CodConta);
   const Literal date = DateLiteral(leg.Data);
@@ -173,12 +158,12 @@ Statement ReversingInsert(const internal::Leg& leg, Currency amount, const Lugar
   return insert;
 }
 
-void ReverseLeg(const internal::Leg& leg, const Literal& historico, bool isOutgoing) {
+void ReverseLeg(const internal::Perna& leg, const Literal& historico, bool isOutgoing) {
   const LegText& text = isOutgoing ? kOutgoing : kIncoming;
   const Classificacao classe = internal::ClasseDaPerna(leg.CodConta);
   const Currency amount = -leg.Valor;
-  const Lugar lugar = LerLugar(classe, leg.Data, amount);
-  Claim(lugar.Serial);
+  const LugarNovo lugar = LerLugar(classe, leg.Data, amount);
+  ReivindicarSerial(lugar.Serial, TS_ERRO_ESTORNO);
   if (isOutgoing) {
     Mark(leg.Id, leg.IdConcorrencia);
   } else {
@@ -190,7 +175,7 @@ void ReverseLeg(const internal::Leg& leg, const Literal& historico, bool isOutgo
                                             leg.DesConta + "' foi desativada.");
   InsertJournal(JournalOfLeg(kEstorno, lugar.Id, text.ReversingJournal));
   internal::DeslocarSaldosDaPerna(classe, amount, lugar.DataId);
-  internal::VerificarPerna(classe, lugar, TS_ERRO_ESTORNO);
+  ExigirSaldos(classe, lugar.DataId, " ", lugar.Novos, TS_ERRO_ESTORNO);
 }
 
 void EstornoDeTransferencia(const CLancamento& lancamento, std::string_view historico) {
@@ -198,7 +183,7 @@ void EstornoDeTransferencia(const CLancamento& lancamento, std::string_view hist
     const auto [outgoing, incoming] = internal::LerPernas(lancamento.Id(), TS_ERRO_ESTORNO);
     RefuseQuotes(historico,
                  "Caracteres de aspas duplas ou simples não são permitidos em histórico. Favor tentar novamente.");
-    const Literal history = TextLiteral(RequireHistory(historico));
+    const Literal history = TextLiteral(text::Upper(RequireHistory(historico)));
 
     const CHourGlass busy;
     CDaoTrans transaction;

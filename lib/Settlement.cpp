@@ -15,7 +15,6 @@
 #include "common/Journal.h"
 #include "common/Session.h"
 #include "common/Statement.h"
-#include "db/LedgerSchema.h"
 #include "types/Conversions.h"
 
 namespace tsv {
@@ -117,12 +116,14 @@ void BaixarNaoRealizado(CBaixa& baixa) {
 }
 
 Efeito EfeitoDe(const CLancamento& entry) {
-  return {entry.DataId(), ToDate(entry.Data()), internal::ClasseDe(entry), entry.Valor()};
+  // The day of the key, should the date say otherwise: other rows stand before or after the entry by its key.
+  return {entry.DataId(), DiaDe(entry.DataId()), internal::ClasseDe(entry), entry.Valor()};
 }
 
 // The balances that the entry has at its new place: all that stands before it, and its new amount.
-void ExpectBalances(CLancamento& novo, const CLancamento& antigo, std::string_view centreOrNone) {
-  const Saldos before = LerSaldosAte(novo.IdParceiroComl(), centreOrNone, novo.CodConta(), novo.CodRecDesp(),
+void ExpectBalances(CLancamento& novo, const CLancamento& antigo) {
+  const Classificacao classe = internal::ClasseDe(novo);
+  const Saldos before = LerSaldosAte(classe.IdParceiroComl, CentroOuNenhum(classe), classe.CodConta, classe.CodRecDesp,
                                      novo.DataId(), antigo.DataId());
   // What was read holds the old amount only at an unchanged place.
   const Currency change = novo.DataId() == antigo.DataId() ? novo.Valor() - antigo.Valor() : novo.Valor();
@@ -137,7 +138,7 @@ void ExpectBalances(CLancamento& novo, const CLancamento& antigo, std::string_vi
 // amount of its realisation. It keeps its id, so it may change its place among the entries.
 void BaixarRealizado(CBaixa& baixa, ACAO acao, std::string_view journalNotInserted) {
   const std::shared_ptr<CLancamento> antigo = internal::LancamentoDe(baixa);
-  const std::shared_ptr<CLancamento> novo = antigo->Copiar();
+  const auto novo = std::make_shared<CLancamento>(*antigo);
   const Date realised = ToDate(baixa.DataRealizacao());
   novo->Data(realised);
   novo->Valor(baixa.ValorBaixado());
@@ -146,8 +147,7 @@ void BaixarRealizado(CBaixa& baixa, ACAO acao, std::string_view journalNotInsert
   novo->IdUsuario(CurrentSession().IdUsuario);
   novo->DataId(MontarDataId(realised, novo->Id()));
   novo->IdConcorrencia(NextVersion(antigo->IdConcorrencia()));
-  const std::string_view centreOrNone = novo->CodCentroCusto().empty() ? db::kNoCostCentre : novo->CodCentroCusto();
-  ExpectBalances(*novo, *antigo, centreOrNone);
+  ExpectBalances(*novo, *antigo);
 
   Statement update = GuardedUpdate(*novo, antigo->IdConcorrencia());
   update << ",L.Realizado='S', L.IdConcorrencia = L.IdConcorrencia + 1,L.ValorPago=" << AmountLiteral(novo->ValorPago())
@@ -170,12 +170,7 @@ void BaixarRealizado(CBaixa& baixa, ACAO acao, std::string_view journalNotInsert
   JournalOfEntry(acao, novo->Id()).ExecuteOrRefuse(TS_ERRO_BAIXA, journalNotInserted);
   const Saldos expected = {novo->SaldoConta(), novo->SaldoRecDesp(), novo->SaldoCentroCusto(),
                            novo->SaldoParceiroComl(), novo->SaldoGlobal()};
-  if (!VerificarApos(novo->IdParceiroComl(), centreOrNone, novo->CodConta(), novo->CodRecDesp(), novo->DataId(),
-                     antigo->DataId(), expected)) {
-    GerarErro(TS_ERRO_BAIXA,
-              "Algumas informações de controle foram modificadas simultaneamente por outro usuário enquanto se dava "
-              "esta operação.\nPor favor, tente novamente.");
-  }
+  ExigirSaldos(internal::ClasseDe(*novo), novo->DataId(), antigo->DataId(), expected, TS_ERRO_BAIXA);
   transaction.ComTrans();
   *antigo = std::move(*novo);
 }
@@ -191,7 +186,7 @@ void BaixarParcial(CBaixa& baixa) {
   });
 }
 
-void SettleLeg(const internal::Leg& leg, std::int32_t version, bool realised) {
+void SettleLeg(const internal::Perna& leg, std::int32_t version, bool realised) {
   Statement update;
   update << "UPDATE LANCAMENTOS AS L INNER JOIN CONTAS AS C ON (L.ID=" << NumberLiteral(leg.Id)
          << " AND L.IdConcorrencia=" << NumberLiteral(version)
@@ -221,7 +216,7 @@ void BaixaDeTransferencia(CBaixa& baixa) {
     const CHourGlass busy;
     CDaoTrans transaction;
     transaction.BegTrans();
-    const auto settle = [&](const internal::Leg& leg) {
+    const auto settle = [&](const internal::Perna& leg) {
       SettleLeg(leg, leg.Id == entry.Id() ? baixa.IdConcorrencia() : leg.IdConcorrencia, kind == BAIXA_TOTAL);
     };
     settle(pernas.Saida);

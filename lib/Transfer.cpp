@@ -72,7 +72,7 @@ struct NewLeg {
 
   Classificacao Classe;
   Currency Valor;
-  Module1::Lugar Lugar;
+  LugarNovo Lugar;
   Literal Id, CodConta;
   internal::EntryColumns Columns;
 };
@@ -100,18 +100,14 @@ Statement JournalInsert(const NewLeg& leg, const LegText& text) {
 }
 
 void Write(const NewLeg& leg, const LegText& text) {
-  if (!ReivindicarSerial(leg.Lugar.Serial)) {
-    GerarErro(TS_ERRO_TRANSFERENCIA,
-              "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. "
-              "Tente novamente.");
-  }
+  ReivindicarSerial(leg.Lugar.Serial, TS_ERRO_TRANSFERENCIA);
   EntryInsert(leg, text).ExecuteOrRefuse(TS_ERRO_TRANSFERENCIA, text.Refusal);
   JournalInsert(leg, text).ExecuteOrRefuse(
       TS_ERRO_TRANSFERENCIA,
       "Não foi possível gravar o histórico da transferência. Transferência cancelada.\nPossível causa: "
       "a conta foi desativada.");
   internal::DeslocarSaldosDaPerna(leg.Classe, leg.Valor, leg.Lugar.DataId);
-  internal::VerificarPerna(leg.Classe, leg.Lugar, TS_ERRO_TRANSFERENCIA);
+  ExigirSaldos(leg.Classe, leg.Lugar.DataId, " ", leg.Lugar.Novos, TS_ERRO_TRANSFERENCIA);
 }
 
 void Link(const NewLeg& outgoing, const NewLeg& incoming) {
@@ -125,11 +121,9 @@ Collection Load(const NewLeg& outgoing, const NewLeg& incoming) {
   select << "Select * From Lancamentos Where Id=" << outgoing.Id << " OR Id=" << incoming.Id;
   const ScopedRecordset rows(internal::AbrirRecordset(select.Text(), db::dbOpenSnapshot));
   Collection legs;
-  for (int leg = 0; leg < 2; ++leg, rows->MoveNext()) {
-    auto lancamento = std::make_shared<CLancamento>();
-    lancamento->CarregarDeRegistro(*rows);
-    legs.Add(std::move(lancamento));
-  }
+  legs.Add(internal::Carregado(*rows));
+  rows->MoveNext();
+  legs.Add(internal::Carregado(*rows));
   return legs;
 }
 

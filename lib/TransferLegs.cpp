@@ -6,7 +6,6 @@
 #include "common/Literals.h"
 #include "common/Recordsets.h"
 #include "common/Statement.h"
-#include "db/LedgerSchema.h"
 #include "types/Conversions.h"
 
 namespace tsv::internal {
@@ -17,20 +16,20 @@ namespace {
 
 constexpr TextoDoDeslocamento kShift = {.TesteRecDesp = " = CodRecDesp) * "};
 
-Leg LegOf(const db::Recordset& row) {
+Perna PernaDe(const db::Recordset& row) {
   const auto value = [&](std::string_view column) -> const Variant& { return row.Fields(column).Value(); };
-  Leg leg;
-  leg.Id = ToLong(value("Id"));
-  leg.Valor = ToCurrency(value("Valor"));
-  leg.Data = ToDate(VtoN(value("Data")));
-  leg.DataReferencia = ToDate(VtoN(value("DataReferencia")));
-  leg.DataId = ToText(value("DataId"));
-  leg.CodConta = ToText(value("CodConta"));
-  leg.DesConta = VtoS(value("DesConta"));
-  if (const Variant& documento = value("Documento"); !IsNull(documento)) leg.Documento = ToText(documento);
-  leg.Realizado = VtoS(value("Realizado"));
-  leg.IdConcorrencia = ToLong(value("IdConcorrencia"));
-  return leg;
+  Perna perna;
+  perna.Id = ToLong(value("Id"));
+  perna.Valor = ToCurrency(value("Valor"));
+  perna.Data = ToDate(VtoN(value("Data")));
+  perna.DataReferencia = ToDate(VtoN(value("DataReferencia")));
+  perna.DataId = ToText(value("DataId"));
+  perna.CodConta = ToText(value("CodConta"));
+  perna.DesConta = VtoS(value("DesConta"));
+  if (const Variant& documento = value("Documento"); !IsNull(documento)) perna.Documento = ToText(documento);
+  perna.Realizado = VtoS(value("Realizado"));
+  perna.IdConcorrencia = ToLong(value("IdConcorrencia"));
+  return perna;
 }
 
 }  // namespace
@@ -44,24 +43,15 @@ Pernas LerPernas(std::int32_t id, TS_ERROS numero) {
   if (rows->RecordCount() < 2) {
     GerarErro(numero, "Erro: faltando informação sobre o lançamento correspondente na operação de transferência.");
   }
-  Leg saida = LegOf(*rows);
+  Perna saida = PernaDe(*rows);
   rows->MoveNext();
-  return {std::move(saida), LegOf(*rows)};
+  return {std::move(saida), PernaDe(*rows)};
 }
 
 Classificacao ClasseDaPerna(std::string_view codConta) { return {std::string(codConta), "001", "", 0}; }
 
 void DeslocarSaldosDaPerna(const Classificacao& classe, Currency valor, std::string_view dataId) {
   DeslocarSaldos(classe, valor, dataId, kShift);
-}
-
-void VerificarPerna(const Classificacao& classe, const Lugar& lugar, TS_ERROS numero) {
-  if (!VerificarApos(classe.IdParceiroComl, db::kNoCostCentre, classe.CodConta, classe.CodRecDesp, lugar.DataId, " ",
-                     lugar.Novos)) {
-    GerarErro(numero,
-              "Algumas informações de controle foram modificadas simultaneamente por outro usuário enquanto se dava "
-              "esta operação.\nPor favor, tente novamente.");
-  }
 }
 
 }  // namespace tsv::internal

@@ -15,7 +15,7 @@
 // together do they leave the balances of types above the reserved one alone.
 namespace tsv::internal {
 
-struct Leg {
+struct Perna {
   std::int32_t Id = 0;
   Currency Valor;
   Date Data;
@@ -31,8 +31,8 @@ struct Leg {
 // Both legs of the transfer that the entry is one of, as they stand. A leg or its account that is missing raises the
 // error.
 struct Pernas {
-  Leg Saida;
-  Leg Entrada;
+  Perna Saida;
+  Perna Entrada;
 };
 Pernas LerPernas(std::int32_t id, TS_ERROS numero);
 
@@ -41,8 +41,5 @@ Module1::Classificacao ClasseDaPerna(std::string_view codConta);
 
 // Adds the amount to the balances of all entries after the key that hold it, when both legs do so.
 void DeslocarSaldosDaPerna(const Module1::Classificacao& classe, Currency valor, std::string_view dataId);
-
-// Compares the balances at a new leg with the ones expected; a difference raises as VerificarApos does.
-void VerificarPerna(const Module1::Classificacao& classe, const Module1::Lugar& lugar, TS_ERROS numero);
 
 }  // namespace tsv::internal

@@ -1,5 +1,7 @@
 #include "common/Balances.h"
 
+#include <algorithm>
+#include <charconv>
 #include <limits>
 
 #include "common/Errors.h"
@@ -18,18 +20,22 @@ Currency Balance(const db::Recordset& recordset, std::string_view field) {
 
 }  // namespace
 
-Lugar LerLugar(const Classificacao& classificacao, Date data, Currency valor) {
+std::string_view CentroOuNenhum(const Classificacao& classificacao) {
+  return classificacao.CodCentroCusto.empty() ? db::kNoCostCentre : classificacao.CodCentroCusto;
+}
+
+LugarNovo LerLugar(const Classificacao& classificacao, Date data, Currency valor) {
   const bool hasPartner = classificacao.IdParceiroComl != 0;
   const bool hasCentre = !classificacao.CodCentroCusto.empty();
   const auto query = BancoAberto()->QueryDefs("ParQrySerialESaldos");
   query->Parameters(0).Value = classificacao.IdParceiroComl;
-  query->Parameters(1).Value = hasCentre ? classificacao.CodCentroCusto : std::string(db::kNoCostCentre);
+  query->Parameters(1).Value = std::string(CentroOuNenhum(classificacao));
   query->Parameters(2).Value = classificacao.CodConta;
   query->Parameters(3).Value = classificacao.CodRecDesp;
   query->Parameters(4).Value = data;
 
   const ScopedRecordset row(query->OpenRecordset());
-  Lugar result;
+  LugarNovo result;
   result.Serial = ToLong(row->Fields("SERIAL").Value());
   if (hasPartner) result.Novos.ParceiroComl = Balance(*row, "SaldoParceiro") + valor;
   if (hasCentre) result.Novos.CentroCusto = Balance(*row, "SaldoCCusto") + valor;
@@ -42,13 +48,25 @@ Lugar LerLugar(const Classificacao& classificacao, Date data, Currency valor) {
   return result;
 }
 
-bool ReivindicarSerial(std::int32_t serial) {
+void ReivindicarSerial(std::int32_t serial, TS_ERROS numero) {
   Statement claim;
   claim << "UPDATE Serial Set Serial = Serial + 1 where Serial = " << NumberLiteral(serial);
-  return claim.Execute() >= 1;
+  claim.ExecuteOrRefuse(numero,
+                        "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. "
+                        "Tente novamente.");
 }
 
 std::string MontarDataId(Date data, std::int32_t id) { return db::EntryKey(data, id); }
+
+Date DiaDe(std::string_view dataId) {
+  const auto part = [&](std::size_t first, std::size_t count) {
+    int value = 0;
+    const std::string_view digits = dataId.substr(std::min(first, dataId.size()), count);
+    std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    return value;
+  };
+  return Date::FromCivil(part(0, 4), part(4, 2), part(6, 2));
+}
 
 void DeslocarSaldos(const Classificacao& classificacao, Currency valor, std::string_view dataId,
                     const TextoDoDeslocamento& texto) {
@@ -93,6 +111,16 @@ bool VerificarApos(std::int32_t idParceiro, std::string_view codCCusto, std::str
     if (!agrees) throw Erro(TS_ERRO_LOGIN);
     return true;
   });
+}
+
+void ExigirSaldos(const Classificacao& classificacao, std::string_view novoDataId, std::string_view antigoDataId,
+                  const Saldos& esperados, TS_ERROS numero) {
+  if (!VerificarApos(classificacao.IdParceiroComl, CentroOuNenhum(classificacao), classificacao.CodConta,
+                     classificacao.CodRecDesp, novoDataId, antigoDataId, esperados)) {
+    GerarErro(numero,
+              "Algumas informações de controle foram modificadas simultaneamente por outro usuário enquanto se dava "
+              "esta operação.\nPor favor, tente novamente.");
+  }
 }
 
 }  // namespace tsv::Module1

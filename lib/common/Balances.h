@@ -30,23 +30,28 @@ struct Classificacao {
   std::int32_t IdParceiroComl = 0;  // 0: none
 };
 
+// Whose cost-centre balance is asked for: a code that no entry has for an entry without one.
+std::string_view CentroOuNenhum(const Classificacao& classificacao);
+
 // The place of a new entry: the serial that it must claim, its id, which is one more (beyond 32 bits: 6), its ordering
 // key and its own five balances. The partial balances of an entry without cost centre or partner are zero. A sum beyond
 // the range of currency raises 6.
-struct Lugar {
+struct LugarNovo {
   std::int32_t Serial = 0;
   std::int32_t Id = 0;
   std::string DataId;
   Saldos Novos;
 };
-Lugar LerLugar(const Classificacao& classificacao, Date data, Currency valor);
+LugarNovo LerLugar(const Classificacao& classificacao, Date data, Currency valor);
 
-// Takes the serial's successor for this writer; false when another writer took it since it was read.
-[[nodiscard]] bool ReivindicarSerial(std::int32_t serial);
+// Takes the serial's successor for this writer. Another writer who took it since it was read: the error, with the
+// message that tells the user to try again.
+void ReivindicarSerial(std::int32_t serial, TS_ERROS numero);
 
 // The ordering key: yyyymmdd and the id in nine digits, so that entries of one day stand as they were posted. Compared
 // as text.
 std::string MontarDataId(Date data, std::int32_t id);
+Date DiaDe(std::string_view dataId);  // a text that is no key raises 5
 
 // The words in which an operation shifts balances. The meaning is one, the texts are each operation's own: whoever
 // traces the statements knows the operation by them.
@@ -75,5 +80,10 @@ Saldos LerSaldosAte(std::int32_t idParceiro, std::string_view codCCusto, std::st
 bool VerificarApos(std::int32_t idParceiro, std::string_view codCCusto, std::string_view codConta,
                    std::string_view codRecDesp, std::string_view novoDataId, std::string_view antigoDataId,
                    const Saldos& esperados);
+
+// The same for an entry of that classification. A difference that is only reported becomes the error, with the message
+// that tells the user to try again.
+void ExigirSaldos(const Classificacao& classificacao, std::string_view novoDataId, std::string_view antigoDataId,
+                  const Saldos& esperados, TS_ERROS numero);
 
 }  // namespace tsv::Module1

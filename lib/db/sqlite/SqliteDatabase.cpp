@@ -305,10 +305,17 @@ void SqliteDatabase::Begin() {
 }
 
 void SqliteDatabase::Commit() {
-  Observed("CommitTrans", [&] {
-    if (level_ == 0) Raise(EngineError::NoTransaction);
-    return InTransaction([&] { return CommitLevel(), 0; });
-  });
+  bool committed = false;
+  try {
+    Observed("CommitTrans", [&] {
+      if (level_ == 0) Raise(EngineError::NoTransaction);
+      InTransaction([&] { CommitLevel(); });
+      committed = true;
+      return 0;
+    });
+  } catch (...) {
+    if (!committed) throw;  // an observer cannot take back what is done, so it must not look undone
+  }
 }
 
 void SqliteDatabase::Rollback() {
