@@ -22,6 +22,10 @@ class Context {
 
   std::function<ExitCode()> action;  // of the command that was given
 
+  // What the action asked of the ledger is done: whatever fails from here on must not look as if it were not, or a user
+  // would do it twice.
+  bool done = false;
+
   // Prepares the session for everything that follows: the host, and the trace if one was asked for.
   void Begin();
 

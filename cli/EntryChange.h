@@ -45,7 +45,7 @@ class EntryChange {
   template <typename Operation>
   auto Run(Operation operation) {
     try {
-      return Patiently(context_.Host(), operation);
+      return Patiently(context_, operation);
     } catch (const Erro& erro) {
       RaiseWithCause(erro, Classifications());
     }

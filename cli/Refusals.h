@@ -1,10 +1,12 @@
 #pragma once
 
 #include <chrono>
+#include <exception>
 #include <string>
 #include <vector>
 
 #include "ConsoleHost.h"
+#include "Context.h"
 #include "Registration.h"
 #include "types/Erro.h"
 
@@ -36,13 +38,27 @@ class Patience {
   int silent_ = 0;
 };
 
+// Notes, when an operation ends without an error, that it is done.
+class Done {
+ public:
+  explicit Done(Context& context) : context_(context) {}
+  ~Done() { context_.done = std::uncaught_exceptions() == before_; }
+  Done(const Done&) = delete;
+  Done& operator=(const Done&) = delete;
+
+ private:
+  Context& context_;
+  int before_ = std::uncaught_exceptions();
+};
+
 // Runs an operation, and again for some seconds while it only comes second to another user's. Any other refusal is
 // raised at once, above all that of an entry which is no longer what was seen.
 template <typename Operation>
-auto Patiently(ConsoleHost& host, Operation operation) {
-  for (Patience patience(host);;) {
-    host.ForgetBox();
+auto Patiently(Context& context, Operation operation) {
+  for (Patience patience(context.Host());;) {
+    context.Host().ForgetBox();
     try {
+      const Done done(context);
       return operation();
     } catch (const Erro& erro) {
       if (!patience.AllowsAnotherTry(erro)) throw;

@@ -74,7 +74,7 @@ ExitCode Report(const Erro& erro, const Context& context, const ConsoleHost& hos
   return IsRefusal(erro) ? kRefused : kFailed;
 }
 
-ExitCode Run(Context& context) {
+ExitCode RunAction(Context& context) {
   try {
     context.Begin();
     const ExitCode code = context.action();
@@ -90,6 +90,12 @@ ExitCode Run(Context& context) {
     std::cerr << "Erro inesperado: " << unexpected.what() << '\n';
     return kFailed;
   }
+}
+
+ExitCode Run(Context& context) {
+  const ExitCode code = RunAction(context);
+  if (context.done && code != kDone) std::cerr << "O que foi pedido está gravado; não o repita.\n";
+  return code;
 }
 
 }  // namespace

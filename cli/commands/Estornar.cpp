@@ -8,9 +8,12 @@
 #include "common/Session.h"
 #include "common/Statement.h"
 #include "types/Conversions.h"
+#include "types/Text.h"
 
 namespace tsv::cli {
 namespace {
+
+constexpr std::size_t kHistoryLimit = 50;
 
 using Module1::AmountLiteral;
 using Module1::NumberLiteral;
@@ -40,6 +43,10 @@ ExitCode Reverse(Context& context, EntryChoice choice, std::string history) {
   CheckText(history);
   EntryChange change(context, choice);
   const bool isTransfer = change.Legs().size() > 1;
+  // For a transfer the ledger would only name the column that is too short.
+  if (isTransfer && text::Length(text::Trim(history)) > kHistoryLimit) {
+    throw Failure(kRefused, "Erro: histórico com mais de 50 caracteres.");
+  }
   change.Confirm(isTransfer ? "Estornar os dois lançamentos da transferência?" : "Estornar este lançamento?",
                  "Nada foi estornado.");
   const auto reversal =

@@ -43,7 +43,7 @@ void AddLancar(CLI::App& app, Context& context) {
     context.action = [&context, entry] {
       if (entry->data.empty()) entry->data = Day(Today());
       Tesovia& tesovia = context.Login();
-      Show(*Patiently(context.Host(), [&] { return Post(tesovia, context.Host(), *entry); }));
+      Show(*Patiently(context, [&] { return Post(tesovia, context.Host(), *entry); }));
       return kDone;
     };
   });

@@ -64,7 +64,7 @@ ExitCode Transfer(Context& context, Given given) {
   Tesovia& tesovia = context.Login();
   std::vector<std::int32_t> ids;
   try {
-    for (const auto& leg : Patiently(context.Host(), [&] { return tesovia.FazerTransferenciaTS(request); })) {
+    for (const auto& leg : Patiently(context, [&] { return tesovia.FazerTransferenciaTS(request); })) {
       ids.push_back(leg->Id());
     }
   } catch (const Erro& erro) {
