@@ -225,24 +225,12 @@ TEST_F(CliTest, ImportRefusesLinesOneByOneWithTheirReasons) {
   Refused(3, "Não foi possível ler", "importar " + folder_.Path("nenhum.csv"));
 }
 
-TEST_F(CliTest, ImportGoesOnAcrossManyBatches) {
-  MakeCompany();
-  std::ostringstream csv;
-  csv << "data;valor;historico;conta;recdesp\n";
-  for (int line = 0; line < 1300; ++line)
-    csv << (1 + line % 28) << "/07/2026;0,01;Venda;1.1;" << (line % 100 == 7 ? 'X' : 'R') << '\n';
-  const std::string file = WriteFile("muitas.csv", csv.str());
-  ExpectTold(Run("importar " + file).out, "1.287 linhas lançadas, 0 já lançadas antes, 13 recusadas.");
-  ExpectTold(Run("importar " + file).out, "0 linhas lançadas, 1.287 já lançadas antes, 13 recusadas.");
-  EXPECT_EQ(Rows("SELECT Sum(Valor) As Total FROM Lancamentos")[0]["Total"], "12.87");
-  Done("verificar");
-}
-
 TEST_F(CliTest, ImportThatWasKilledGoesOnWhereItStopped) {
   MakeCompany();
   std::ostringstream csv;
   csv << "data;valor;historico;conta;recdesp\n";
-  for (int line = 0; line < 4000; ++line) csv << "01/07/2026;0,01;Venda;1.1;R\n";
+  for (int line = 0; line < 4000; ++line)
+    csv << (1 + line % 28) << "/07/2026;0,01;Venda;1.1;" << (line % 100 == 7 ? 'X' : 'R') << '\n';
   const std::string file = WriteFile("longa.csv", csv.str());
 
   const pid_t import = Start("importar " + file, "-import");
@@ -255,8 +243,9 @@ TEST_F(CliTest, ImportThatWasKilledGoesOnWhereItStopped) {
   const int before = Count("LinhasImportadas");
   EXPECT_GT(before, 0);
   EXPECT_EQ(Count("Lancamentos"), before);
-  Done("importar " + file);
-  EXPECT_EQ(Count("Lancamentos"), 4000);
+  ExpectTold(Run("importar " + file).out, " já lançadas antes, 40 recusadas.");
+  ExpectTold(Run("importar " + file).out, "0 linhas lançadas, 3.960 já lançadas antes, 40 recusadas.");
+  EXPECT_EQ(Count("Lancamentos"), 3960);
   Done("verificar");
 }
 

@@ -1,0 +1,170 @@
+// The server before an early-bound program: through the tables of virtual functions, on several threads.
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "TesoviaLib2.h"
+#include "db/dao/windows/Ole.h"
+#include "support/Company.h"
+
+using tsv::db::dao::ComPointer;
+using tsv::db::dao::OleValue;
+using tsv::db::dao::TextOf;
+using tsv::test::Company;
+using tsv::test::Day;
+
+namespace {
+
+// The apartment of a thread.
+struct Apartment {
+  Apartment() { CoInitialize(nullptr); }
+  ~Apartment() { CoUninitialize(); }
+};
+
+struct Bstr {
+  explicit Bstr(std::string_view text) : value(tsv::db::dao::NewBstr(text)) {}
+  ~Bstr() { SysFreeString(value); }
+  Bstr(const Bstr&) = delete;
+  Bstr& operator=(const Bstr&) = delete;
+  operator BSTR*() { return &value; }
+  BSTR value;
+};
+
+template <typename Interface>
+ComPointer<Interface> Create(REFCLSID id) {
+  ComPointer<Interface> object;
+  EXPECT_EQ(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface), object.ReceiveAny()), S_OK);
+  return object;
+}
+
+ComPointer<_Tesovia> LoggedIn(const Company& company) {
+  auto tesovia = Create<_Tesovia>(CLSID_Tesovia);
+  EXPECT_EQ(tesovia->InicializarTS(Bstr(company.Path()), Bstr("ana"), Bstr("segredo")), S_OK);
+  return tesovia;
+}
+
+HRESULT Post(_Tesovia& tesovia, std::string_view account, _CLancamento** entry) {
+  DATE day = Day(2008, 7, 5).Days();
+  CURRENCY amount = {};
+  amount.int64 = 1'234'500;
+  return tesovia.FazerLancamentoTS(&day, &day, &amount, Bstr("h"), Bstr(account), Bstr("0"), nullptr, nullptr, nullptr,
+                                   entry);
+}
+
+std::string DescriptionOfLastError() {
+  ComPointer<IErrorInfo> error;
+  if (GetErrorInfo(0, error.Receive()) != S_OK) return "no error";
+  OleValue description;
+  error->GetDescription(&description.Raw().bstrVal);
+  description.Raw().vt = VT_BSTR;
+  return TextOf(description.Raw().bstrVal);
+}
+
+TEST(EarlyBinding, PostsAndReadsThroughTheTables) {
+  const Apartment apartment;
+  const Company company;
+  const auto tesovia = LoggedIn(company);
+  ComPointer<_CLancamento> entry;
+  ASSERT_EQ(Post(*tesovia.Get(), "1.1", entry.Receive()), S_OK);
+  CURRENCY balance = {};
+  EXPECT_EQ(entry->get_SaldoGlobal(&balance), S_OK);
+  EXPECT_EQ(balance.int64, 1'234'500);
+  OleValue key;
+  EXPECT_EQ(entry->get_DataId(&key.Raw().bstrVal), S_OK);
+  key.Raw().vt = VT_BSTR;
+  EXPECT_EQ(TextOf(key.Raw().bstrVal), "20080705000000001");
+  long version = 9;
+  EXPECT_EQ(entry->put_IdConcorrencia(&version), S_OK);
+  EXPECT_EQ(entry->get_IdConcorrencia(&version), S_OK);
+  EXPECT_EQ(version, 9);
+
+  long id = 1;
+  long stale = 5;
+  EXPECT_EQ(tesovia->ExcluirLancamentoTS(&id, &stale), static_cast<HRESULT>(TS_ERRO_EXCLUSAO));
+  EXPECT_TRUE(DescriptionOfLastError().starts_with("O lançamento não foi localizado")) << "accents arrive";
+}
+
+TEST(EarlyBinding, ThreadsHaveSessionsOfTheirOwn) {
+  const Apartment apartment;
+  const Company mine;
+  const auto tesovia = LoggedIn(mine);
+  std::thread([] {
+    const Apartment other;
+    const auto stranger = Create<_Tesovia>(CLSID_Tesovia);
+    ComPointer<_CLancamento> entry;
+    EXPECT_EQ(Post(*stranger.Get(), "1.1", entry.Receive()), static_cast<HRESULT>(TS_ERRO_NAO_INICIALIZADO));
+    const Company theirs;
+    EXPECT_EQ(stranger->InicializarTS(Bstr(theirs.Path()), Bstr("ana"), Bstr("segredo")), S_OK);
+    EXPECT_EQ(Post(*stranger.Get(), "1.2", entry.Receive()), S_OK);
+    long id = 0;
+    EXPECT_EQ(entry->get_Id(&id), S_OK);
+    EXPECT_EQ(id, 1);
+  }).join();
+  ComPointer<_CLancamento> entry;
+  EXPECT_EQ(Post(*tesovia.Get(), "1.1", entry.Receive()), S_OK);
+}
+
+TEST(EarlyBinding, TheServerStaysLoaded) {
+  const Apartment apartment;
+  const Company company;
+  const auto tesovia = LoggedIn(company);
+  Create<_CBaixa>(CLSID_CBaixa);
+  CoFreeUnusedLibrariesEx(0, 0);
+  const HMODULE server = GetModuleHandleW(L"TsvLib2.dll");
+  ASSERT_NE(server, nullptr);
+  FreeLibrary(server);
+  FreeLibrary(server);
+  ComPointer<_CLancamento> entry;
+  EXPECT_EQ(Post(*tesovia.Get(), "1.1", entry.Receive()), S_OK);
+}
+
+// Answers the message box that the thread shows next, and keeps its text.
+class BoxReader {
+ public:
+  BoxReader() { hook_ = SetWindowsHookExW(WH_MSGFILTER, Answer, nullptr, GetCurrentThreadId()); }
+  ~BoxReader() { UnhookWindowsHookEx(hook_); }
+
+  static inline std::string text;
+  static inline std::function<void()> meanwhile;
+
+ private:
+  // Called with each message of the box, which by then has its text.
+  static LRESULT CALLBACK Answer(int code, WPARAM unused, LPARAM message) {
+    const HWND box = code == MSGF_DIALOGBOX ? GetAncestor(reinterpret_cast<MSG*>(message)->hwnd, GA_ROOT) : nullptr;
+    if (box) Read(box);
+    return CallNextHookEx(nullptr, code, unused, message);
+  }
+
+  static void Read(HWND box) {
+    constexpr int kTextOfTheBox = 0xFFFF;
+    wchar_t shown[512] = {};
+    if (GetDlgItemTextW(box, kTextOfTheBox, shown, 512) == 0) return;
+    OleValue bstr;
+    bstr.Raw().bstrVal = SysAllocString(shown);
+    bstr.Raw().vt = VT_BSTR;
+    text = TextOf(bstr.Raw().bstrVal);
+    if (meanwhile) std::exchange(meanwhile, nullptr)();
+    EndDialog(box, IDOK);
+  }
+
+  HHOOK hook_;
+};
+
+TEST(EarlyBinding, ShowsABoxWhenTheTransactionIsOver) {
+  const Apartment apartment;
+  const Company company;
+  const auto tesovia = LoggedIn(company);
+  const BoxReader reader;
+  bool othersCouldWrite = false;
+  BoxReader::meanwhile = [&] {
+    company.Execute("UPDATE Serial SET Serial = 41");
+    othersCouldWrite = true;
+  };
+  ComPointer<_CLancamento> entry;
+  EXPECT_EQ(Post(*tesovia.Get(), "9", entry.Receive()), static_cast<HRESULT>(TS_ERRO_LOGIN));
+  EXPECT_TRUE(BoxReader::text.starts_with("Não foi possível incluir o lançamento.\n")) << BoxReader::text;
+  EXPECT_TRUE(othersCouldWrite);
+  EXPECT_EQ(DescriptionOfLastError(), "");
+}
+
+}  // namespace
