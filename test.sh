@@ -1,5 +1,6 @@
 #!/bin/sh
-# Builds and tests everything: ./test.sh, or only some stages: ./test.sh dev asan tsan format tidy
+# Builds and tests everything: ./test.sh, or only some stages: ./test.sh dev asan tsan windows format tidy
+# The stage windows builds the automation server and runs it under Wine; it is not among the usual ones.
 # ./test.sh --longo leads the ledger through 200,000 random operations, each held against a model; TSV_SEED repeats them.
 # Installs the Debian packages that are missing. With CI=true the random walks of the SQL front end last a minute.
 set -eu
@@ -16,6 +17,19 @@ steady() {
     run setarch -R "$@"
   else
     run "$@"
+  fi
+}
+
+# SQLite's amalgamation comes with this package; Debian has it for Debian only.
+sqlite_for_windows() {
+  if [ ! -e "$1/package" ]; then
+    mkdir -p "$1"
+    (
+      cd "$1"
+      run npm pack --silent better-sqlite3@12.4.1
+      echo "14398acbf00d1e8fe0a2753df7d4f15c13138e4b874f4e6e96791f65b4536d0d  better-sqlite3-12.4.1.tgz" | sha256sum -c -
+      tar xzf better-sqlite3-12.4.1.tgz
+    )
   fi
 }
 
@@ -37,6 +51,15 @@ for stage in $stages; do
       run cmake --preset tsan
       run cmake --build --preset tsan --target concurrency_test
       steady ctest --preset tsan -R '^concurrency_test$'
+      ;;
+    windows)
+      say "The automation server and the ledger's model on 64-bit Windows, under Wine"
+      need g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64
+      command -v npm >/dev/null || need npm
+      sqlite_for_windows build/sqlite
+      run cmake --preset windows64 -D "TSV_SQLITE_SOURCE=$PWD/build/sqlite/package/deps/sqlite3"
+      run cmake --build --preset windows64
+      run ctest --preset windows64
       ;;
     --longo)
       say "The ledger against its model: 200,000 operations"
