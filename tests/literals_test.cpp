@@ -44,34 +44,29 @@ TEST(Literals, DatesPutTheMonthFirst) {
   ExpectErro(ErrorOf([&] { DataSQL(date, 7); }), TS_ERRO_LANCAMENTO, "Formato de data inválido.", "DataSQL");
 }
 
-TEST(Literals, VtoSTakesTheDefaultForNullOnly) {
+TEST(Literals, VariantsTakeTheirDefaults) {
   EXPECT_EQ(VtoS(Null()), "");
   EXPECT_EQ(VtoS(Null(), std::string("x")), "x");
   EXPECT_EQ(VtoS(Empty(), std::string("x")), "");
   EXPECT_EQ(VtoS(std::int32_t{7}), "7");
-}
 
-TEST(Literals, VtoBTakesTheDefaultForMissingValuesOnly) {
   for (const Variant& missing : {Variant(Null()), Variant(Empty()), Variant(std::string("  "))}) {
     EXPECT_FALSE(VtoB(missing));
     EXPECT_TRUE(VtoB(missing, true));
     EXPECT_TRUE(VtoB(missing, std::int32_t{-1}));
   }
-  EXPECT_TRUE(VtoB(std::int32_t{-1}));
-  EXPECT_FALSE(VtoB(std::int32_t{0}, true));
-  EXPECT_TRUE(VtoB(std::string("2,5")));
-  EXPECT_TRUE(VtoB(std::string("tRuE")));
-  EXPECT_FALSE(VtoB(std::string("False"), true));
-  EXPECT_FALSE(VtoB(std::string("sim"), true));
-  EXPECT_FALSE(VtoB(Date(38000), true));
-}
+  for (const Variant& yes : {Variant(-1), Variant(std::string("2,5")), Variant(std::string("tRuE"))}) {
+    EXPECT_TRUE(VtoB(yes));
+  }
+  for (const Variant& no : {Variant(0), Variant(std::string("False")), Variant(std::string("sim")), Variant(Date(1))}) {
+    EXPECT_FALSE(VtoB(no, true));
+  }
 
-TEST(Literals, VtoNKeepsNumbersAndDatesAsTheyAre) {
   EXPECT_EQ(VtoN(Null()), Variant(0.0));
   EXPECT_EQ(VtoN(std::string(" "), std::int32_t{5}), Variant(std::int32_t{5}));
-  EXPECT_EQ(VtoN(std::string("12,5")), Variant(std::string("12,5")));
-  EXPECT_EQ(VtoN(std::string("07/03/2004")), Variant(std::string("07/03/2004")));
-  EXPECT_EQ(VtoN(Date(38000)), Variant(Date(38000)));
+  for (const Variant& kept : {Variant(std::string("12,5")), Variant(std::string("07/03/2004")), Variant(Date(38000))}) {
+    EXPECT_EQ(VtoN(kept), kept);
+  }
   ExpectErro(ErrorOf([] { VtoN(std::string("x")); }), TS_ERRO_LANCAMENTO, "Valor não numérico.", "");
 }
 
