@@ -2,6 +2,7 @@
 // back-dated over 100,000 entries. Ends with the ratios, each of medians.
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -124,6 +125,7 @@ int main(int argc, char** argv) {
   {
     Rig small(folder, 10'000);
     Rig large(folder, 1'000'000);
+    sync();  // what was written to make the ledgers must not be waited for by the first postings
     const tsv::Date early = large.sample.DayBeforeLast(100'000);
     const Change neverUsed = [](Posting& p) { p.account = "1"; };
     const Change seldomUsed = [](Posting& p) { p.account = "2"; };
