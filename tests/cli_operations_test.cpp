@@ -87,7 +87,7 @@ TEST_F(CliOperationsTest, AsksAtATerminalAndChangesOnlyWhatWasSeen) {
   MakeCompany();
   for (int entry = 0; entry < 2; ++entry) Done(Posting("01/07/2026", "100,00", "1.1", "R"));
   const int keyboard = posix_openpt(O_RDWR | O_NOCTTY);
-  ASSERT_TRUE(keyboard >= 0 && grantpt(keyboard) == 0 && unlockpt(keyboard) == 0);
+  if (keyboard < 0 || grantpt(keyboard) != 0 || unlockpt(keyboard) != 0) GTEST_SKIP() << "no pseudo-terminals here";
   const std::string terminal = ptsname(keyboard);
   const int kept = open(terminal.c_str(), O_RDWR | O_NOCTTY);  // what is typed early waits in it
   const auto type = [keyboard](const std::string& keys) {
