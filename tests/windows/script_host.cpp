@@ -1,6 +1,7 @@
-// Runs a VBScript file: script_host FILE [ARGUMENT...]. Text is UTF-8 on both sides. The script sees its arguments as
-// Host.Argumento(n), from 1, and writes with Host.Escreva. An error is told with its line, number, source and
-// description, and the exit code is then 1: the platform's own script hosts are silent where a test must not be.
+// Runs a VBScript file: script_host [--manifest MANIFEST] FILE [ARGUMENT...]. Text is UTF-8 on both sides. The script
+// sees its arguments as Host.Argumento(n), from 1, and writes with Host.Escreva. An error is told with its line,
+// number, source and description, and the exit code is then 1: the platform's own script hosts are silent where a test
+// must not be. With a manifest the classes that it names are found without a registry.
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -109,22 +110,41 @@ bool Run(const std::string& text, Site& site) {
   return SUCCEEDED(ran) && !site.Failed();
 }
 
+bool Activate(const std::string& manifest) {
+  ACTCTXA context = {};
+  context.cbSize = sizeof context;
+  context.lpSource = manifest.c_str();
+  const HANDLE made = CreateActCtxA(&context);
+  ULONG_PTR cookie = 0;
+  return made != INVALID_HANDLE_VALUE && ActivateActCtx(made, &cookie);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 2) {
-    std::puts("script_host FILE [ARGUMENT...]");
+  std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (arguments.size() > 2 && arguments[0] == "--manifest") {
+    if (!Activate(arguments[1])) {
+      std::printf("%s is no manifest.\n", arguments[1].c_str());
+      return 2;
+    }
+    arguments.erase(arguments.begin(), arguments.begin() + 2);
+  }
+  if (arguments.empty()) {
+    std::puts("script_host [--manifest MANIFEST] FILE [ARGUMENT...]");
     return 2;
   }
-  std::ifstream file(argv[1], std::ios::binary);
+  const std::string script = arguments.front();
+  arguments.erase(arguments.begin());
+  std::ifstream file(script, std::ios::binary);
   if (!file) {
-    std::printf("%s cannot be read.\n", argv[1]);
+    std::printf("%s cannot be read.\n", script.c_str());
     return 2;
   }
   const std::string text{std::istreambuf_iterator<char>(file), {}};
   CoInitialize(nullptr);
-  const ComPointer<IDispatch> host(new HostObject({argv + 2, argv + argc}));
-  Site site(argv[1], host);
+  const ComPointer<IDispatch> host(new HostObject(std::move(arguments)));
+  Site site(script, host);
   const bool ok = Run(text, site);
   std::fflush(stdout);
   return ok ? 0 : 1;
