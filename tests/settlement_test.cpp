@@ -70,6 +70,16 @@ TEST_F(SettlementTest, OfAPlainEntryInPartOnAnEarlierDay) {
   ExpectSettled(Request(1, 2, -50, Day(2008, 7, 3)), "partial settlement on an earlier day");
 }
 
+TEST_F(SettlementTest, OfBothLegsOfATransfer) {
+  tesovia.FazerTransferenciaTS(Transfer());
+  ExpectSettled(Request(1, 1, -10000, kMoment), "full settlement of a transfer");
+}
+
+TEST_F(SettlementTest, OfBothLegsOfATransferAsNotRealised) {
+  tesovia.FazerTransferenciaTS(Transfer());
+  ExpectSettled(Request(2, 3, 10000, kMoment), "transfer not realised");
+}
+
 TEST_F(SettlementTest, OfAClassifiedEntryAsNotRealised) {
   PostClassified();
   ExpectSettled(Request(2, 3, 10000, kMoment), "not realised with cost centre and partner");
