@@ -1,8 +1,8 @@
 #include "ClassFactory.h"
 
-#include <atomic>
 #include <memory>
 
+#include "CountedObject.h"
 #include "Failure.h"
 #include "WindowsHost.h"
 #include "common/Session.h"
@@ -10,24 +10,9 @@
 namespace tsv::com {
 namespace {
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public CountedObject<IClassFactory> {
  public:
-  explicit ClassFactory(const Class& of) : class_(of) { AddLock(); }
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override {
-    if (!object) return E_POINTER;
-    *object = nullptr;
-    if (id != IID_IUnknown && id != IID_IClassFactory) return E_NOINTERFACE;
-    *object = static_cast<IClassFactory*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
+  explicit ClassFactory(const Class& of) : class_(of) {}
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** object) noexcept override {
     if (!object) return E_POINTER;
@@ -47,8 +32,6 @@ class ClassFactory final : public IClassFactory {
   }
 
  private:
-  ~ClassFactory() { ReleaseLock(); }
-
   // The session's host is the screen of the thread that makes the first object.
   static void UseScreen() {
     std::shared_ptr<Host>& host = CurrentSession().host;
@@ -56,7 +39,6 @@ class ClassFactory final : public IClassFactory {
   }
 
   const Class& class_;
-  std::atomic<ULONG> references_ = 1;
 };
 
 }  // namespace

@@ -1,32 +1,17 @@
 #include "CollectionObject.h"
 
 #include <algorithm>
-#include <atomic>
 
+#include "CountedObject.h"
 #include "Values.h"
 #include "types/Conversions.h"
 
 namespace tsv::com {
 namespace {
 
-class Enumerator final : public IEnumVARIANT {
+class Enumerator final : public CountedObject<IEnumVARIANT> {
  public:
-  Enumerator(std::vector<OleValue> items, std::size_t next) : items_(std::move(items)), next_(next) { AddLock(); }
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override {
-    if (!object) return E_POINTER;
-    *object = nullptr;
-    if (id != IID_IUnknown && id != IID_IEnumVARIANT) return E_NOINTERFACE;
-    *object = static_cast<IEnumVARIANT*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
+  Enumerator(std::vector<OleValue> items, std::size_t next) : items_(std::move(items)), next_(next) {}
 
   HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* items, ULONG* fetched) noexcept override {
     ULONG given = 0;
@@ -53,11 +38,8 @@ class Enumerator final : public IEnumVARIANT {
   }
 
  private:
-  ~Enumerator() { ReleaseLock(); }
-
   std::vector<OleValue> items_;
   std::size_t next_;
-  std::atomic<ULONG> references_ = 1;
 };
 
 }  // namespace

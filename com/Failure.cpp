@@ -1,23 +1,10 @@
 #include "Failure.h"
 
-#include <new>
-
+#include "common/Errors.h"
 #include "types/AutomationValues.h"
 
 namespace tsv::com {
 namespace {
-
-Erro ErrorInFlight() {
-  try {
-    throw;
-  } catch (const Erro& erro) {
-    return erro;
-  } catch (const std::bad_alloc&) {
-    return Erro(static_cast<std::int32_t>(RuntimeError::OutOfMemory), TextOf(RuntimeError::OutOfMemory));
-  } catch (...) {
-    return Erro(static_cast<std::int32_t>(RuntimeError::Internal), TextOf(RuntimeError::Internal));
-  }
-}
 
 void SetThreadError(REFIID id, const Erro& erro) {
   ComPointer<ICreateErrorInfo> creating;
@@ -35,7 +22,7 @@ void SetThreadError(REFIID id, const Erro& erro) {
 
 HRESULT ReportFailure(REFIID id) noexcept {
   try {
-    const Erro erro = ErrorInFlight();
+    const Erro erro = Module1::CaughtError();
     SetThreadError(id, erro);
     return automation::HresultOf(erro.Numero());
   } catch (...) {

@@ -7,21 +7,6 @@
 
 namespace tsv::com {
 
-HRESULT STDMETHODCALLTYPE ScriptObject::QueryInterface(REFIID id, void** object) noexcept {
-  if (!object) return E_POINTER;
-  *object = nullptr;
-  if (id != IID_IUnknown && id != IID_IDispatch) return E_NOINTERFACE;
-  *object = static_cast<IDispatch*>(this);
-  AddRef();
-  return S_OK;
-}
-
-ULONG STDMETHODCALLTYPE ScriptObject::Release() noexcept {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
 HRESULT STDMETHODCALLTYPE ScriptObject::GetTypeInfoCount(UINT* count) noexcept {
   if (!count) return E_POINTER;
   *count = 0;

@@ -7,8 +7,6 @@
 
 namespace tsv::Module1 {
 
-namespace {
-
 Erro CaughtError() {
   try {
     throw;
@@ -20,8 +18,6 @@ Erro CaughtError() {
     return Erro(static_cast<std::int32_t>(RuntimeError::Internal), TextOf(RuntimeError::Internal));
   }
 }
-
-}  // namespace
 
 void GerarErro(std::int32_t numero, std::string_view descricao) {
   Session& session = CurrentSession();

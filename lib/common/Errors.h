@@ -30,9 +30,11 @@ namespace Module1 {
 // routine decides whether it stays.
 [[noreturn]] void GerarErro(std::int32_t numero, std::string_view descricao);
 
+// The error in flight, inside a catch. An exception that is no Erro becomes 7 (out of memory) or 51.
+Erro CaughtError();
+
 // The handler of a routine, inside a catch: keeps number and description, keeps the origin too if its first three
-// characters are the prefix (otherwise the routine's own takes its place), and raises the error again. An exception
-// that is no Erro becomes 7 (out of memory) or 51.
+// characters are the prefix (otherwise the routine's own takes its place), and raises the error again.
 [[noreturn]] void RaiseAgain(std::string_view origin, std::string_view prefix);
 
 // Runs a routine's body under its handler. What the body holds open is released before the error goes on.
