@@ -158,6 +158,7 @@ Currency Balances::GlobalBefore(std::string_view key) {
 }
 
 std::optional<CountingEntry> Balances::EntryAt(std::string_view key) {
+  if (text::Trim(key).empty()) return {};  // how callers say that there is no such entry
   const ScopedReset reset(entry_);
   if (!entry_.Bind(1, key).Step()) return {};
   return CountingEntry{Amount(entry_, 0), std::string(entry_.Text(1)), std::string(entry_.Text(2)),
