@@ -8,7 +8,7 @@
 #include <iterator>
 
 #include "db/EngineError.h"
-#include "db/sqlite/Password.h"
+#include "db/Password.h"
 #include "support/Errors.h"
 #include "support/TemporaryLedger.h"
 
@@ -136,8 +136,8 @@ TEST(LedgerFiles, ExclusiveAndReadOnlyAreKept) {
 }
 
 TEST(LedgerFiles, ThePasswordSumIsTheStandardOne) {
-  EXPECT_EQ(db::sqlite::PasswordSum("", "abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
-  EXPECT_EQ(db::sqlite::PasswordSum("abcdbcdecdefdefgefghfghighijhijk", "ijkljklmklmnlmnomnopnopq"),
+  EXPECT_EQ(db::PasswordSum("", "abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+  EXPECT_EQ(db::PasswordSum("abcdbcdecdefdefgefghfghighijhijk", "ijkljklmklmnlmnomnopnopq"),
             "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1");
 }
 

@@ -337,7 +337,7 @@ TEST_F(EngineTest, StatementsThatDifferInValuesShareOneTemplate) {
   EXPECT_EQ(Count(user, "(SELECT TOP 1 Id FROM Lancamentos) AS T"), 1);
   EXPECT_EQ(cached(), before + 2);
   for (int i = 0; i < 400; ++i) user.Open("SELECT Id AS C" + std::to_string(i) + " FROM Lancamentos");
-  EXPECT_EQ(cached(), db::sqlite::StatementCache::kCapacity);
+  EXPECT_EQ(cached(), db::jet::TemplateCache<db::sqlite::Template>::kCapacity);
   EXPECT_EQ(user.Open("SELECT Id AS C3 FROM Lancamentos")->Fields("C3").Value(), Variant(1));
 }
 

@@ -6,7 +6,7 @@
 
 #include "db/EngineError.h"
 #include "db/LedgerSchema.h"
-#include "db/sqlite/Password.h"
+#include "db/Password.h"
 #include "db/sqlite/Schema.h"
 #include "db/sqlite/SqlFunctions.h"
 

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <limits>
 
+#include "db/DataTypes.h"
 #include "db/EngineError.h"
 #include "db/sqlite/ErrorMapping.h"
 #include "db/sqlite/SqliteDialect.h"
-#include "db/sqlite/StoredValue.h"
 #include "types/Text.h"
 
 namespace tsv::db::sqlite {
@@ -126,14 +126,6 @@ std::string IndexDefinition(const Table& table, const Index& index) {
   return definition;
 }
 
-ValueType TypeOf(DataTypeEnum type) {
-  for (const ValueType candidate : {ValueType::Boolean, ValueType::Byte, ValueType::Long, ValueType::Currency,
-                                    ValueType::Double, ValueType::Date, ValueType::Text}) {
-    if (DataTypeOf(candidate) == type) return candidate;
-  }
-  Raise(EngineError::UnrecognisedFile, "catálogo de colunas");
-}
-
 void RefuseTakenName(Connection& connection, const std::string& table) {
   Statement taken(connection, "SELECT 1 FROM sqlite_schema WHERE name = ?1 COLLATE NOCASE OR ?1 LIKE 'sqlite_%'");
   taken.Bind(1, table);
@@ -186,7 +178,7 @@ Catalog LoadCatalog(Connection& connection) {
     if (table.name != columns.Text(0)) finish();
     table.name = columns.Text(0);
     Column column{.name = std::string(columns.Text(1)),
-                  .type = TypeOf(static_cast<DataTypeEnum>(columns.Integer(2))),
+                  .type = ValueTypeOf(static_cast<DataTypeEnum>(columns.Integer(2))),
                   .size = static_cast<int>(columns.Integer(3)),
                   .required = columns.Integer(4) != 0,
                   .allowZeroLength = columns.Integer(5) != 0,

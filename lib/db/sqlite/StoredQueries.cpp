@@ -11,7 +11,7 @@
 namespace tsv::db::sqlite {
 namespace {
 
-using Parameters = std::vector<QueryDef::Parameter>;
+using jet::Parameters;
 
 // Whose balances are asked for. Null stands for none.
 struct Subject {
@@ -51,38 +51,25 @@ void Add(FiveBalances& sums, const Subject& subject, const CountingEntry& entry,
   sums.global += amount;
 }
 
-FieldDescription Amount(std::string name) { return {std::move(name), DataTypeEnum::dbCurrency}; }
-
-FieldDescriptions Described(std::vector<FieldDescription> fields) {
-  return std::make_shared<const std::vector<FieldDescription>>(std::move(fields));
-}
-
 Subject SubjectOf(const Parameters& parameters) {
   return {TextOf(parameters[2].Value), TextOf(parameters[3].Value), TextOf(parameters[1].Value),
           NumberOf(parameters[0].Value)};
 }
 
-std::shared_ptr<Recordset> SerialAndBalances(Balances& balances, const Parameters& parameters) {
+std::vector<Variant> SerialAndBalances(Balances& balances, const Parameters& parameters) {
   const Subject subject = SubjectOf(parameters);
   const std::optional<std::int64_t> serial = balances.Serial();
   const std::string key = EntryKey(ToDate(parameters[4].Value), serial.value_or(0) + 1);
   const FiveBalances sums = BalancesBefore(balances, subject, key);
-  static const FieldDescriptions fields = Described({{"SERIAL", DataTypeEnum::dbLong},
-                                                     Amount("SaldoParceiro"),
-                                                     Amount("SaldoCCusto"),
-                                                     Amount("SaldoConta"),
-                                                     Amount("SaldoRecDesp"),
-                                                     Amount("SaldoGlobal")});
-  std::vector<Variant> row = {serial ? Variant(static_cast<std::int32_t>(*serial)) : Variant(Null()),
-                              sums.partner,
-                              sums.costCentre,
-                              sums.account,
-                              sums.type,
-                              sums.global};
-  return std::make_shared<KeptRecordset>(fields, std::move(row));
+  return {serial ? Variant(static_cast<std::int32_t>(*serial)) : Variant(Null()),
+          sums.partner,
+          sums.costCentre,
+          sums.account,
+          sums.type,
+          sums.global};
 }
 
-std::shared_ptr<Recordset> LastBalances(Balances& balances, const Parameters& parameters) {
+std::vector<Variant> LastBalances(Balances& balances, const Parameters& parameters) {
   const Subject subject = SubjectOf(parameters);
   const std::string newKey = TextOf(parameters[4].Value);
   const std::string oldKey = TextOf(parameters[5].Value);
@@ -91,25 +78,15 @@ std::shared_ptr<Recordset> LastBalances(Balances& balances, const Parameters& pa
   if (oldKey < newKey) {
     if (const auto entry = balances.EntryAt(oldKey)) Add(sums, subject, *entry, -entry->amount);
   }
-  static const FieldDescriptions fields =
-      Described({Amount("SaldoConta"), Amount("SaldoRecDesp"), Amount("SaldoCCusto"), Amount("SaldoParceiro"),
-                 Amount("SaldoGlobal")});
-  std::vector<Variant> row = {sums.account, sums.type, sums.costCentre, sums.partner, sums.global};
-  return std::make_shared<KeptRecordset>(fields, std::move(row));
+  return {sums.account, sums.type, sums.costCentre, sums.partner, sums.global};
 }
 
 }  // namespace
 
-const StoredQuery* FindStoredQuery(std::string_view name) {
-  static const StoredQuery queries[] = {
-      {"ParQrySerialESaldos", {"IdParceiro", "CodCCusto", "CodCon", "CodRecDes", "ParData"}, SerialAndBalances},
-      {"ParQryLastSaldosByDataId",
-       {"IdParceiro", "CodCCusto", "CodCon", "CodRecDes", "ParNewDataId", "ParOldDataId"},
-       LastBalances}};
-  for (const StoredQuery& query : queries) {
-    if (text::CompareFolded(query.name, name) == 0) return &query;
-  }
-  return nullptr;
+std::shared_ptr<Recordset> Answer(const StoredQuery& query, Balances& balances, const Parameters& parameters) {
+  const bool serial = query.kind == StoredQuery::Kind::SerialAndBalances;
+  auto row = serial ? SerialAndBalances(balances, parameters) : LastBalances(balances, parameters);
+  return std::make_shared<KeptRecordset>(query.fields, std::move(row));
 }
 
 }  // namespace tsv::db::sqlite

@@ -168,26 +168,4 @@ Variant ReadStored(sqlite3_value* value, ValueType type) {
   return std::string(TextOf(value));
 }
 
-DataTypeEnum DataTypeOf(ValueType type) noexcept {
-  switch (type) {
-    case ValueType::Boolean:
-      return DataTypeEnum::dbBoolean;
-    case ValueType::Byte:
-      return DataTypeEnum::dbByte;
-    case ValueType::Long:
-      return DataTypeEnum::dbLong;
-    case ValueType::Currency:
-      return DataTypeEnum::dbCurrency;
-    case ValueType::Decimal:
-    case ValueType::Double:
-      return DataTypeEnum::dbDouble;
-    case ValueType::Date:
-      return DataTypeEnum::dbDate;
-    case ValueType::Null:
-    case ValueType::Text:
-      break;
-  }
-  return DataTypeEnum::dbText;
-}
-
 }  // namespace tsv::db::sqlite

@@ -3,7 +3,6 @@
 #include <sqlite3.h>
 
 #include "db/Catalog.h"
-#include "db/Recordset.h"
 #include "db/sqlite/Connection.h"
 #include "types/Variant.h"
 
@@ -20,7 +19,5 @@ void ReturnStored(sqlite3_context* context, const Variant& value, ValueType type
 
 // A number outside the type's range raises 6, also one that SQLite let overflow into a floating-point number.
 Variant ReadStored(sqlite3_value* value, ValueType type);
-
-DataTypeEnum DataTypeOf(ValueType type) noexcept;  // as clients see a column of the type
 
 }  // namespace tsv::db::sqlite

@@ -1,22 +1,13 @@
-#include "db/sqlite/StreamedRecordset.h"
+#include "db/StreamedRecordset.h"
 
 #include <utility>
 
 #include "db/EngineError.h"
-#include "db/sqlite/StoredValue.h"
 
-namespace tsv::db::sqlite {
+namespace tsv::db {
 
-void AppendRow(StatementLease& statement, std::vector<Variant>& values) {
-  int place = 0;
-  for (const jet::ResultColumn& column : statement.Compiled().columns) {
-    // The connection has no lock of its own, so its columns may be read like any other value.
-    values.push_back(ReadStored(sqlite3_column_value(statement->Handle(), place++), column.type));
-  }
-}
-
-StreamedRecordset::StreamedRecordset(StatementLease statement)
-    : DescribedRecordset(statement.Fields()), statement_(std::move(statement)) {
+StreamedRecordset::StreamedRecordset(FieldDescriptions fields, std::unique_ptr<RowSource> source)
+    : DescribedRecordset(std::move(fields)), source_(std::move(source)) {
   Advance();
 }
 
@@ -61,7 +52,7 @@ bool StreamedRecordset::EndOfFile() const {
 
 void StreamedRecordset::Close() {
   DescribedRecordset::Close();
-  statement_.reset();
+  source_.reset();
   rest_.clear();
   row_.clear();
 }
@@ -78,16 +69,15 @@ const Variant& StreamedRecordset::ValueAt(std::size_t index) const {
 // The next row from the statement, which ends with its last one; false when there is none.
 bool StreamedRecordset::Fetch(std::vector<Variant>& row) {
   row.clear();
-  if (!statement_) return false;
+  if (!source_) return false;
   std::vector<Variant> values;
   values.reserve(Description().size());
   try {
-    if ((*statement_)->Step()) AppendRow(*statement_, values);
+    if (!source_->Next(values)) source_.reset();
   } catch (...) {
-    statement_.reset();  // it would begin anew
+    source_.reset();  // it would begin anew
     throw;
   }
-  if (values.empty()) statement_.reset();
   row = std::move(values);
   return !row.empty();
 }
@@ -105,4 +95,4 @@ void StreamedRecordset::Advance() {
   ++met_;
 }
 
-}  // namespace tsv::db::sqlite
+}  // namespace tsv::db

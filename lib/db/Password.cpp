@@ -1,10 +1,10 @@
-#include "db/sqlite/Password.h"
+#include "db/Password.h"
 
 #include <array>
 #include <bit>
 #include <cstdint>
 
-namespace tsv::db::sqlite {
+namespace tsv::db {
 namespace {
 
 using Word = std::uint32_t;
@@ -80,4 +80,4 @@ std::string PasswordSum(std::string_view salt, std::string_view password) {
   return sum;
 }
 
-}  // namespace tsv::db::sqlite
+}  // namespace tsv::db

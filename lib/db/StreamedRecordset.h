@@ -3,24 +3,27 @@
 #include <cstdint>
 #include <deque>
 #include <exception>
-#include <optional>
+#include <memory>
 #include <vector>
 
 #include "db/KeptRecordset.h"
-#include "db/sqlite/StatementCache.h"
 
-namespace tsv::db::sqlite {
+namespace tsv::db {
 
-// The values of the statement's current row, added to those of earlier rows.
-void AppendRow(StatementLease& statement, std::vector<Variant>& values);
+// Where the rows of a running statement come from. Its end lets go of the statement.
+class RowSource {
+ public:
+  virtual ~RowSource() = default;
+  virtual bool Next(std::vector<Variant>& row) = 0;  // appends the values of the next row; false: there is none
+};
 
 // A forward-only recordset: it holds one row and the statement that yields the next.
 class StreamedRecordset final : public DescribedRecordset {
  public:
-  explicit StreamedRecordset(StatementLease statement);
+  StreamedRecordset(FieldDescriptions fields, std::unique_ptr<RowSource> source);
 
-  // Reads the rest into memory and lets go of the statement, whose snapshot would keep this connection from writing. An
-  // error met there is raised when the reader comes to it.
+  // Reads the rest into memory and lets go of the statement, which would keep its connection from other work. An error
+  // met there is raised when the reader comes to it.
   void LetGo() noexcept;
 
   // Closes it because its database closes, unless it is closed already.
@@ -40,11 +43,11 @@ class StreamedRecordset final : public DescribedRecordset {
   bool Fetch(std::vector<Variant>& row);
   void Advance();
 
-  std::optional<StatementLease> statement_;
+  std::unique_ptr<RowSource> source_;
   std::deque<std::vector<Variant>> rest_;  // once let go
   std::exception_ptr failure_;             // what ended the rest
   std::vector<Variant> row_;               // empty at the end
   std::int32_t met_ = 0;
 };
 
-}  // namespace tsv::db::sqlite
+}  // namespace tsv::db
