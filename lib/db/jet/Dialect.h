@@ -18,6 +18,7 @@ class Dialect {
 
   virtual std::string Parameter(std::size_t place) const = 0;  // from 1
   virtual std::string Name(std::string_view name) const = 0;   // quoted
+  virtual std::string TableName(std::string_view name) const { return Name(name); }
 
   // A value of one type as another; Boolean becomes -1 or 0, a number becomes a condition by being other than zero.
   virtual std::string Convert(const std::string& value, ValueType from, ValueType to) const = 0;
@@ -34,6 +35,20 @@ class Dialect {
   virtual std::string EqualityKey(const std::string& text) const = 0;
   virtual std::string SortKey(const std::string& text) const = 0;
   virtual std::string ExactKey(const std::string& text) const = 0;  // equal to the letter, sorted by code point
+
+  // Whether these keys are values of their own, which must not be taken for the text itself: then rows are told apart
+  // by SELECT DISTINCT ON of their keys, and both sides of IN become keys.
+  virtual bool KeysReplaceTexts() const { return false; }
+
+  // The order of a key; Null comes before everything else.
+  virtual std::string Direction(bool descending) const { return descending ? " DESC" : ""; }
+
+  // A column of a grouped query outside of aggregates: it is the same in all rows of the group but for what its
+  // equality key leaves out.
+  virtual std::string Grouped(const std::string& column) const { return column; }
+
+  // A value on its way into a column of the type that an UPDATE names; no Boolean column holds Null.
+  virtual std::string Stored(const std::string& value, ValueType /*type*/) const { return value; }
 
   virtual std::string Concat(const std::string& a,
                              const std::string& b) const = 0;  // Null counts as empty beside a text

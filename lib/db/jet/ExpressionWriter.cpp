@@ -32,7 +32,7 @@ std::string ExpressionWriter::Write(const Expression& e) {
     case Kind::Boolean:
       return e.flag ? "TRUE" : "FALSE";
     case Kind::Name:
-      return dialect_.Name(e.qualifier) + "." + dialect_.Name(e.name);
+      return Column(e);
     case Kind::Negate:
       return "(-" + Operand(e, 0) + ")";
     case Kind::Not:
@@ -59,10 +59,8 @@ std::string ExpressionWriter::Write(const Expression& e) {
       return Between(e);
     case Kind::InList:
       return InList(e);
-    case Kind::InQuery: {
-      const std::string value = Key(*e.operands[0], e.exact);
-      return "(" + value + " IN (" + writeQuery_(*e.query) + "))";
-    }
+    case Kind::InQuery:
+      return InQuery(e);
     case Kind::Quantified:
       return Quantified(e);
     case Kind::IsNull:
@@ -82,8 +80,7 @@ std::string ExpressionWriter::Write(const Expression& e) {
     case Kind::Magnitude:
       return dialect_.Magnitude(Operand(e, 0));
     case Kind::Aggregate:
-      if (e.operands.empty()) return "count(*)";
-      return dialect_.Aggregate(e.name, e.operands[0]->type, Operand(e, 0));
+      return Aggregate(e);
     case Kind::Convert:
       return dialect_.Convert(Operand(e, 0), e.operands[0]->type, e.type);
   }
@@ -106,6 +103,19 @@ std::string ExpressionWriter::SortKey(std::string written, const Expression& exp
   // True is -1 and so comes before False.
   return expression.type == ValueType::Boolean ? dialect_.Convert(written, ValueType::Boolean, ValueType::Long)
                                                : written;
+}
+
+std::string ExpressionWriter::Column(const Expression& e) const {
+  const std::string column = dialect_.Name(e.qualifier) + "." + dialect_.Name(e.name);
+  return grouped_ ? dialect_.Grouped(column) : column;
+}
+
+std::string ExpressionWriter::Aggregate(const Expression& e) {
+  if (e.operands.empty()) return "count(*)";
+  const bool grouped = Grouped(false);
+  const std::string value = Operand(e, 0);
+  Grouped(grouped);
+  return dialect_.Aggregate(e.name, e.operands[0]->type, value);
 }
 
 std::string ExpressionWriter::Logical(const Expression& e) {
@@ -140,6 +150,16 @@ std::string ExpressionWriter::InList(const Expression& e) {
   std::string list = "(" + Key(*e.operands[0], e.exact) + " IN (";
   for (std::size_t i = 1; i < e.operands.size(); ++i) list += (i > 1 ? ", " : "") + Key(*e.operands[i], e.exact);
   return list + "))";
+}
+
+std::string ExpressionWriter::InQuery(const Expression& e) {
+  const std::string value = Key(*e.operands[0], e.exact);
+  std::string query = writeQuery_(*e.query);
+  if (dialect_.KeysReplaceTexts() && e.operands[0]->type == ValueType::Text && !e.exact) {
+    const std::string alias = dialect_.Name(kSubqueryAlias);
+    query = "SELECT " + dialect_.EqualityKey(alias + "." + dialect_.Name("c1")) + " FROM (" + query + ") AS " + alias;
+  }
+  return "(" + value + " IN (" + query + "))";
 }
 
 std::string ExpressionWriter::Quantified(const Expression& e) {

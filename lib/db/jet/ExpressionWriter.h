@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "db/jet/Compiler.h"
@@ -24,6 +25,9 @@ class ExpressionWriter {
 
   std::vector<ParameterSlot>& Parameters() { return parameters_; }
 
+  // Whether what is written now stands outside the aggregates of a grouped query; returns what it was.
+  bool Grouped(bool grouped) { return std::exchange(grouped_, grouped); }
+
  private:
   std::string Operand(const Expression& e, std::size_t place) { return Write(*e.operands[place]); }
   std::string Place(ParameterSlot slot);
@@ -32,14 +36,18 @@ class ExpressionWriter {
   std::string Between(const Expression& e);
   std::string InList(const Expression& e);
   std::string Quantified(const Expression& e);
+  std::string InQuery(const Expression& e);
   std::string Case(const Expression& e);
   std::string Call(const Expression& e);
   std::string Scalar(const Expression& e);
+  std::string Column(const Expression& e) const;
+  std::string Aggregate(const Expression& e);
   std::string Key(const Expression& value, bool exact);
 
   const Dialect& dialect_;
   QueryWriter writeQuery_;
   std::vector<ParameterSlot> parameters_;
+  bool grouped_ = false;
 };
 
 }  // namespace tsv::db::jet

@@ -40,43 +40,80 @@ class StatementWriter {
     if (query.blocks.size() == 1) return Block(query.blocks[0], query.orderBy);
     std::string united;
     for (std::size_t i = 0; i < query.blocks.size(); ++i) {
-      if (i > 0) united += query.unionAll[i - 1] ? " UNION ALL " : " UNION ";
+      const bool apart = i > 0 && !query.unionAll[i - 1];
+      if (i > 0) united += apart && !dialect_.KeysReplaceTexts() ? " UNION " : " UNION ALL ";
       const SelectBlock& block = query.blocks[i];
       const std::string written = Block(block, {}, true);
-      united += block.top ? "SELECT * FROM (" + written + ") AS " + dialect_.Name("]b") : written;
+      united += block.top || block.distinct ? "SELECT * FROM (" + written + ") AS " + dialect_.Name("]b") : written;
+      if (apart && dialect_.KeysReplaceTexts()) united = Distinct(united, query.blocks[0]);
     }
-    if (query.orderBy.empty()) return united;
+    return query.orderBy.empty() ? united : Ordered(united, query.blocks[0], query.orderBy);
+  }
+
+  // What returns the block's columns, in the order of some of them.
+  std::string Ordered(const std::string& rows, const SelectBlock& block, const std::vector<OrderItem>& orderBy) const {
     std::string order;
-    for (const OrderItem& item : query.orderBy) {
-      const Expression& value = *query.blocks[0].items[*item.place].value;
-      const std::string column = dialect_.Name("c" + std::to_string(*item.place + 1));
-      order += (order.empty() ? " ORDER BY " : ", ") + expressions_.SortKey(column, value) + Direction(item);
+    for (const OrderItem& item : orderBy) {
+      order += (order.empty() ? " ORDER BY " : ", ") +
+               expressions_.SortKey(ResultName(*item.place), *block.items[*item.place].value) +
+               dialect_.Direction(item.descending);
     }
-    return "SELECT * FROM (" + united + ") AS " + dialect_.Name("]u") + order;
+    return "SELECT * FROM (" + rows + ") AS " + dialect_.Name("]u") + order;
   }
 
   // Results are called c1, c2 ...: their own names may repeat, and are known to the binder.
+  std::string ResultName(std::size_t place) const { return dialect_.Name("c" + std::to_string(place + 1)); }
+
+  // Those of the rows that differ in their keys.
+  std::string Distinct(const std::string& rows, const SelectBlock& block) const {
+    std::string keys;
+    for (std::size_t i = 0; i < block.items.size(); ++i) {
+      const Expression& value = *block.items[i].value;
+      const bool folded = value.type == ValueType::Text && !value.exact;
+      keys += (i > 0 ? ", " : "") + (folded ? dialect_.EqualityKey(ResultName(i)) : ResultName(i));
+    }
+    return "SELECT DISTINCT ON (" + keys + ") * FROM (" + rows + ") AS " + dialect_.Name("]d");
+  }
+
   std::string Block(const SelectBlock& block, const std::vector<OrderItem>& orderBy, bool compared = false) {
-    std::string text = block.distinct ? "SELECT DISTINCT " : "SELECT ";
+    const bool around = expressions_.Grouped(!block.groupBy.empty() || block.having);
+    std::string text = Rows(block, orderBy, compared);
+    const bool byKeys = block.distinct && dialect_.KeysReplaceTexts();
+    if (byKeys) text = Distinct(text, block);
+    if (block.top) {
+      text = Limited(block, orderBy, text);
+    } else if (byKeys && !orderBy.empty()) {
+      text = Ordered(text, block, orderBy);
+    } else {
+      for (std::size_t i = 0; i < orderBy.size(); ++i) {
+        text +=
+            (i == 0 ? " ORDER BY " : ", ") + OrderKey(block, orderBy[i]) + dialect_.Direction(orderBy[i].descending);
+      }
+    }
+    expressions_.Grouped(around);
+    return text;
+  }
+
+  // With the keys of their order, when they are to be ranked by it.
+  std::string Rows(const SelectBlock& block, const std::vector<OrderItem>& orderBy, bool compared) {
+    const bool texts = dialect_.KeysReplaceTexts();
+    std::string text = block.distinct && !texts ? "SELECT DISTINCT " : "SELECT ";
     for (std::size_t i = 0; i < block.items.size(); ++i) {
       const Expression& value = *block.items[i].value;
       if (i > 0) text += ", ";
-      text += compared || block.distinct ? expressions_.EqualityKey(value) : expressions_.Write(value);
-      text += " AS " + dialect_.Name("c" + std::to_string(i + 1));
+      text += (compared || block.distinct) && !texts ? expressions_.EqualityKey(value) : expressions_.Write(value);
+      text += " AS " + ResultName(i);
     }
-    const bool ranked = block.top && !orderBy.empty();
-    for (std::size_t i = 0; ranked && i < orderBy.size(); ++i)
+    for (std::size_t i = 0; block.top && i < orderBy.size(); ++i)
       text += ", " + OrderKey(block, orderBy[i]) + " AS " + dialect_.Name(KeyName(i));
+    const bool grouped = expressions_.Grouped(false);
     text += Sources(block);
     if (block.where) text += " WHERE " + expressions_.Write(*block.where);
     for (std::size_t i = 0; i < block.groupBy.size(); ++i) {
       text += (i == 0 ? " GROUP BY " : ", ") + expressions_.EqualityKey(*block.groupBy[i]);
     }
+    expressions_.Grouped(grouped);
     if (block.having) text += " HAVING " + expressions_.Write(*block.having);
-    if (block.top) return Limited(block, orderBy, text);
-    for (std::size_t i = 0; i < orderBy.size(); ++i) {
-      text += (i == 0 ? " ORDER BY " : ", ") + OrderKey(block, orderBy[i]) + Direction(orderBy[i]);
-    }
     return text;
   }
 
@@ -87,12 +124,12 @@ class StatementWriter {
     std::string window;
     for (std::size_t i = 0; i < orderBy.size(); ++i) {
       const std::string key = dialect_.Name(KeyName(i));
-      window += (i == 0 ? "ORDER BY " : ", ") + (KeyIsLanguage(block, orderBy[i]) ? dialect_.SortKey(key) : key) +
-                Direction(orderBy[i]);
+      const bool again = KeyIsLanguage(block, orderBy[i]) && !dialect_.KeysReplaceTexts();
+      window += (i == 0 ? "ORDER BY " : ", ") + (again ? dialect_.SortKey(key) : key) +
+                dialect_.Direction(orderBy[i].descending);
     }
     std::string columns;
-    for (std::size_t i = 0; i < block.items.size(); ++i)
-      columns += (i > 0 ? ", " : "") + dialect_.Name("c" + std::to_string(i + 1));
+    for (std::size_t i = 0; i < block.items.size(); ++i) columns += (i > 0 ? ", " : "") + ResultName(i);
     const std::string place = dialect_.Name("]place");
     const std::string kept = block.top->percent
                                  ? "(" + place + " - 1) * 100 < " + dialect_.Name("]total") + " * " + count
@@ -103,7 +140,6 @@ class StatementWriter {
   }
 
   static std::string KeyName(std::size_t i) { return "]k" + std::to_string(i + 1); }
-  static std::string Direction(const OrderItem& item) { return item.descending ? " DESC" : ""; }
 
   static const Expression& KeyOf(const SelectBlock& block, const OrderItem& item) {
     const Expression& key = item.place ? *block.items[*item.place].value : *item.value;
@@ -131,7 +167,7 @@ class StatementWriter {
   std::string Source(const From& from) {
     switch (from.kind) {
       case From::Kind::Table:
-        return dialect_.Name(from.name) + " AS " + dialect_.Name(from.alias);
+        return dialect_.TableName(from.name) + " AS " + dialect_.Name(from.alias);
       case From::Kind::Derived:
         return "(" + WriteQuery(*from.query) + ") AS " + dialect_.Name(from.alias);
       case From::Kind::Inner:
@@ -154,7 +190,7 @@ class StatementWriter {
   std::string Where() { return statement_.where ? " WHERE " + expressions_.Write(*statement_.where) : ""; }
 
   std::string Insert() {
-    std::string text = "INSERT INTO " + dialect_.Name(statement_.table) + " (";
+    std::string text = "INSERT INTO " + dialect_.TableName(statement_.table) + " (";
     for (std::size_t i = 0; i < statement_.columns.size(); ++i)
       text += (i > 0 ? ", " : "") + dialect_.Name(statement_.columns[i]);
     text += ") ";
@@ -172,7 +208,7 @@ class StatementWriter {
     std::string set;
     for (const Assignment& assignment : statement_.assignments) {
       set += (set.empty() ? " SET " : ", ") + dialect_.Name(assignment.target->name) + " = " +
-             expressions_.Write(*assignment.value);
+             dialect_.Stored(expressions_.Write(*assignment.value), assignment.target->type);
     }
     Flatten(*statement_.from, target, others, conditions);
     if (statement_.where)
