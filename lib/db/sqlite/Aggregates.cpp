@@ -2,8 +2,8 @@
 #include <type_traits>
 
 #include "db/EngineError.h"
+#include "db/sqlite/Rounding.h"
 #include "db/sqlite/SqlFunction.h"
-#include "db/sqlite/WideInteger.h"
 
 namespace tsv::db::sqlite {
 namespace {
@@ -58,7 +58,7 @@ void FinishKept(sqlite3_context* context) {
   kept->value = nullptr;
 }
 
-// The sum in two halves of 32 bits and more, since the block is not aligned for a wide integer.
+// The sum in two halves of 32 bits and more: in one, large amounts would overflow before they are divided.
 struct Total {
   std::int64_t high;
   std::int64_t low;
@@ -77,8 +77,7 @@ void StepAverage(sqlite3_context* context, int, sqlite3_value** values) {
 void FinishAverage(sqlite3_context* context) {
   const auto* total = static_cast<const Total*>(sqlite3_aggregate_context(context, 0));
   if (!total || total->count == 0) return;
-  const WideInteger sum = static_cast<WideInteger>(total->high) * 0x1'0000'0000 + total->low;
-  sqlite3_result_int64(context, DividedHalfToEven(sum, total->count));
+  sqlite3_result_int64(context, Average(total->high, total->low, total->count));
 }
 
 using Step = void (*)(sqlite3_context*, int, sqlite3_value**);

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "db/jet/TextValues.h"
+#include "db/sqlite/Rounding.h"
 #include "db/sqlite/SqlFunction.h"
 #include "db/sqlite/StoredValue.h"
-#include "db/sqlite/WideInteger.h"
 #include "types/Conversions.h"
 #include "types/Erro.h"
 
@@ -66,9 +66,7 @@ void Power(const FunctionCall& call) {
   call.Return(Finite(power));
 }
 
-void CurrencyMultiply(const FunctionCall& call) {
-  call.Return(DividedHalfToEven(static_cast<WideInteger>(call.Integer(0)) * call.Integer(1), Currency::kScale));
-}
+void CurrencyMultiply(const FunctionCall& call) { call.Return(ScaledProduct(call.Integer(0), call.Integer(1))); }
 
 template <ValueType from, ValueType to>
 void ConvertTo(const FunctionCall& call) {
