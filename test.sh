@@ -1,13 +1,17 @@
 #!/bin/sh
-# Builds and tests everything: ./test.sh, or only some stages: ./test.sh dev asan tsan windows format tidy
-# The stage windows builds the automation server and runs it under Wine; it is not among the usual ones.
+# Builds and tests everything: ./test.sh, or only some stages: ./test.sh dev asan tsan windows windows32 format tidy
+# ./test.sh --so nucleo is the quick one: the core and the command, without sanitizers and Windows.
+# The stages windows and windows32 build the automation server for 64 and 32 bits and run it under Wine.
 # ./test.sh --longo leads the ledger through 200,000 random operations, each held against a model; TSV_SEED repeats them.
 # Installs the Debian packages that are missing. With CI=true the random walks of the SQL front end last a minute.
 set -eu
 cd "$(dirname "$0")"
 . cmake/packages.sh
 
-stages="${*:-dev asan tsan}"
+stages="${*:-dev asan tsan windows windows32}"
+if [ "$stages" = "--so nucleo" ]; then
+  stages=dev
+fi
 need build-essential cmake ninja-build pkg-config libsqlite3-dev libgtest-dev libbenchmark-dev libcli11-dev \
   nlohmann-json3-dev libcsv-dev
 
@@ -22,6 +26,7 @@ steady() {
 
 # SQLite's amalgamation comes with this package; Debian has it for Debian only.
 sqlite_for_windows() {
+  command -v npm >/dev/null || need npm
   if [ ! -e "$1/package" ]; then
     mkdir -p "$1"
     (
@@ -31,6 +36,14 @@ sqlite_for_windows() {
       tar xzf better-sqlite3-12.4.1.tgz
     )
   fi
+}
+
+# on_windows PRESET WINE
+on_windows() {
+  sqlite_for_windows build/sqlite
+  run cmake --preset "$1" -D "TSV_SQLITE_SOURCE=$PWD/build/sqlite/package/deps/sqlite3" -D "TSV_WINE=$2"
+  run cmake --build --preset "$1"
+  run ctest --preset "$1"
 }
 
 for stage in $stages; do
@@ -55,11 +68,13 @@ for stage in $stages; do
     windows)
       say "The automation server and the ledger's model on 64-bit Windows, under Wine"
       need g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64
-      command -v npm >/dev/null || need npm
-      sqlite_for_windows build/sqlite
-      run cmake --preset windows64 -D "TSV_SQLITE_SOURCE=$PWD/build/sqlite/package/deps/sqlite3"
-      run cmake --build --preset windows64
-      run ctest --preset windows64
+      on_windows windows64 wine
+      ;;
+    windows32)
+      say "The same on 32-bit Windows"
+      need g++-mingw-w64-i686-posix mingw-w64-tools libc6-i386
+      run cmake/wine32.sh build/wine32
+      on_windows windows32 "$PWD/build/wine32/wine"
       ;;
     --longo)
       say "The ledger against its model: 200,000 operations"

@@ -9,5 +9,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 string(APPEND CMAKE_EXE_LINKER_FLAGS_INIT " -static")
 string(APPEND CMAKE_SHARED_LINKER_FLAGS_INIT " -static")
-# What is built here runs here too, under Wine.
-set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine.sh ${CMAKE_BINARY_DIR}/wine)
+# What is built here runs here too.
+set(TSV_WINE wine CACHE STRING "The Wine that runs these programs")
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine.sh ${CMAKE_BINARY_DIR}/wine ${TSV_WINE})

@@ -3,3 +3,5 @@ set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(prefix i686-w64-mingw32)
 include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)
+# Exported functions are called by their plain names, not by those with the size of their arguments.
+string(APPEND CMAKE_SHARED_LINKER_FLAGS_INIT " -Wl,--enable-stdcall-fixup")
