@@ -18,7 +18,7 @@ std::vector<std::unique_ptr<db::Driver>> AllDrivers() {
 void CriarBancoDeDados(std::string_view path) {
   const db::postgres::ServerDriver server;
   if (server.Recognises(path)) {
-    server.Open(path, false, false, kConnect);
+    server.Create(path, db::PasswordIn(kConnect));
   } else {
     db::sqlite::CreateLedger(path, db::PasswordIn(kConnect));
   }

@@ -62,6 +62,10 @@ std::string_view PatternOf(EngineError error) {
       return "Há texto depois do fim da instrução SQL.";
     case EngineError::SyntaxInUpdate:
       return "Erro de sintaxe na instrução UPDATE: %.";
+    case EngineError::ConnectionLost:
+      return "A conexão com o servidor '%' caiu.";
+    case EngineError::ConnectionFailed:
+      return "Não foi possível ligar ao servidor do banco de dados: %.";
     case EngineError::TextTooLong:
       return "O texto é mais longo do que o campo '%' permite.";
     case EngineError::RelatedRecords:

@@ -38,6 +38,8 @@ enum class EngineError : std::int32_t {
   SyntaxInSelect = 3141,
   TextAfterEnd = 3142,
   SyntaxInUpdate = 3144,
+  ConnectionLost = 3146,
+  ConnectionFailed = 3151,
   TextTooLong = 3163,
   RelatedRecords = 3200,
   MissingRelatedRecord = 3201,

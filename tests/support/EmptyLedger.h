@@ -5,22 +5,17 @@
 
 #include "common/Engines.h"
 #include "db/DBEngine.h"
-#include "support/TemporaryFolder.h"
+#include "support/LedgerPlace.h"
 
 namespace tsv::test {
 
-// A new ledger in a folder of its own, which goes with it.
-class EmptyLedger {
+// A new ledger in a place of its own, which goes with it.
+class EmptyLedger : public LedgerPlace {
  public:
   EmptyLedger() { CriarBancoDeDados(Path()); }
-
-  std::string Path() const { return folder_.Path("ledger.tsv"); }
   std::shared_ptr<db::Database> Open() const {
     return db::DBEngine(AllDrivers()).OpenDatabase(Path(), false, false, kConnect);
   }
-
- private:
-  TemporaryFolder folder_;
 };
 
 }  // namespace tsv::test

@@ -1,6 +1,5 @@
 #include "support/Operations.h"
 
-#include <filesystem>
 #include <string_view>
 
 #include "types/Conversions.h"
@@ -149,12 +148,7 @@ BusyLedger::BusyLedger() {
     Transfer(ledger, 8);
     Post(ledger, {Day(2008, 7, 20), Cents(70), "1", "0", "1", 1});
   });
-  std::filesystem::copy_file(Path(), Path() + ".first");
-}
-
-void BusyLedger::Restore() const {
-  for (const char* rest : {"-wal", "-shm"}) std::filesystem::remove(Path() + rest);
-  std::filesystem::copy_file(Path() + ".first", Path(), std::filesystem::copy_options::overwrite_existing);
+  Keep();
 }
 
 char BusyLedger::Run(const Operation& operation, std::shared_ptr<db::StatementObserver> observer,

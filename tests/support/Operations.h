@@ -24,11 +24,10 @@ Operation Reversed(std::string name, std::int32_t id);
 Operation Transferred(std::string name);
 
 // A ledger to which every operation makes a difference: the entries 1 (10 July), 2 (5 July) and 5 (20 July) stand in
-// each other's balances, 3 and 4 are the legs of a transfer (8 July, from account 1.1 to 1.2).
+// each other's balances, 3 and 4 are the legs of a transfer (8 July, from account 1.1 to 1.2). Restore brings it back.
 class BusyLedger : public Company {
  public:
   BusyLedger();
-  void Restore() const;  // as it was at first; nobody may have it open
 
   // Runs the operation in a session and on a thread of its own; its user has seen the entry as it was at first, or as
   // it is now. Returns a letter: '.' for done, one for each refusal that other users can bring about (see the source),

@@ -1,7 +1,5 @@
 #include "support/Refusals.h"
 
-#include <filesystem>
-
 #include "types/Conversions.h"
 
 namespace tsv::test {
@@ -68,15 +66,14 @@ void ExpectRefusals(const Action& given, const std::vector<Refusals>& errors) {
     tesovia.InicializarTS(company.Path(), "ana", "segredo");
     given(tesovia);
   });
-  const std::string kept = company.Path() + ".kept";
-  std::filesystem::copy_file(company.Path(), kept);
+  company.Keep();
   for (const auto& [number, origin, refusals] : errors) {
     for (const auto& [description, attempts] : refusals) {
       const Erro refusal(number, description, origin);
       for (std::size_t i = 0; i < attempts.size(); ++i) {
         SCOPED_TRACE(::testing::Message() << "attempt " << i << " " << attempts[i].before << attempts[i].meanwhile.at
                                           << ", to be refused with " << refusal);
-        std::filesystem::copy_file(kept, company.Path(), std::filesystem::copy_options::overwrite_existing);
+        company.Restore();
         OnAnotherThread([&] { ExpectRefused(company, attempts[i], refusal); });
       }
     }

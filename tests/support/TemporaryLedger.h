@@ -12,7 +12,7 @@
 #include "db/postgres/ServerDriver.h"
 #include "db/sqlite/CreateLedger.h"
 #include "db/sqlite/LedgerDriver.h"
-#include "support/TemporaryFolder.h"
+#include "support/LedgerPlace.h"
 
 namespace tsv::test {
 
@@ -31,29 +31,30 @@ struct User {
 
 inline db::DBEngine MakeEngine(std::chrono::milliseconds patience = std::chrono::seconds(10)) {
   std::vector<std::unique_ptr<db::Driver>> drivers;
-  drivers.push_back(std::make_unique<db::postgres::ServerDriver>());
+  drivers.push_back(std::make_unique<db::postgres::ServerDriver>(patience));
   drivers.push_back(std::make_unique<db::sqlite::LedgerDriver>(patience));
   drivers.push_back(std::make_unique<db::dao::JetFileDriver>());
   return db::DBEngine(std::move(drivers));
 }
 
-// A new ledger in a folder of its own. It needs no session: users open it themselves.
-class TemporaryLedger {
+// A new ledger in a place of its own. It needs no session: users open it themselves.
+class TemporaryLedger : public LedgerPlace {
  public:
   static constexpr std::string_view kConnect = "MS Access;PWD=segredo";
 
-  TemporaryLedger() { db::sqlite::CreateLedger(Path(), "segredo"); }
-
-  std::string Path() const { return folder_.Path("ledger.tsv"); }
+  TemporaryLedger() {
+    if (OnServer()) {
+      db::postgres::ServerDriver().Create(Path(), "segredo");
+    } else {
+      db::sqlite::CreateLedger(Path(), "segredo");
+    }
+  }
 
   User Open(std::chrono::milliseconds patience = std::chrono::seconds(10)) const {
     User user{MakeEngine(patience), nullptr};
     user.database = user.engine.OpenDatabase(Path(), false, false, kConnect);
     return user;
   }
-
- private:
-  TemporaryFolder folder_;
 };
 
 // Masters that entries can name; ids are given in order from the first.

@@ -1,0 +1,189 @@
+#include "db/postgres/PostgresDialect.h"
+
+#include "db/EngineError.h"
+#include "db/jet/Functions.h"
+#include "db/jet/Keywords.h"
+#include "types/Text.h"
+
+namespace tsv::db::postgres {
+namespace {
+
+using jet::SameWord;
+
+// The server cuts longer names short without a word.
+constexpr std::size_t kLongestName = 63;
+
+std::string Ours(std::string_view function, const std::string& a) {
+  return std::string("tesovia.").append(function) + "(" + a + ")";
+}
+
+std::string Ours(std::string_view function, const std::string& a, const std::string& b) {
+  return Ours(function, a + ", " + b);
+}
+
+std::string Infix(const std::string& a, std::string_view op, const std::string& b) {
+  return "(" + a + " " + std::string(op) + " " + b + ")";
+}
+
+std::string As(const std::string& value, std::string_view type) { return "(" + value + ")::" + std::string(type); }
+
+bool IsWhole(ValueType type) { return type == ValueType::Byte || type == ValueType::Long; }
+bool IsAmount(ValueType type) { return type == ValueType::Decimal || type == ValueType::Currency; }
+
+std::string MinusOne(const std::string& condition) { return "(-" + As(condition, "integer") + ")"; }
+
+std::string ToDays(const std::string& value, ValueType from) {
+  switch (from) {
+    case ValueType::Boolean:
+      return As(MinusOne(value), "float8");
+    case ValueType::Byte:
+    case ValueType::Long:
+    case ValueType::Decimal:
+    case ValueType::Currency:
+      return As(value, "float8");
+    case ValueType::Date:
+      return Ours("tsv_date_to_days", value);
+    case ValueType::Text:
+      return Ours("tsv_parse_double", value);
+    case ValueType::Null:
+    case ValueType::Double:
+      break;
+  }
+  return value;
+}
+
+std::string ToBooleanValue(const std::string& value, ValueType from) {
+  if (from == ValueType::Text) return Ours("tsv_parse_boolean", value);
+  return Infix(from == ValueType::Date ? ToDays(value, from) : value, "<>", "0");
+}
+
+std::string ToWhole(const std::string& value, ValueType from) {
+  if (from == ValueType::Boolean) return MinusOne(value);
+  if (IsAmount(from)) return Ours("tsv_long_from_currency", value);
+  if (from == ValueType::Text) return Ours("tsv_parse_long", value);
+  return Ours("tsv_round_long", ToDays(value, from));
+}
+
+std::string ToAmount(const std::string& value, ValueType from) {
+  if (from == ValueType::Boolean) return As(MinusOne(value), "numeric");
+  if (IsWhole(from)) return As(value, "numeric");
+  if (from == ValueType::Text) return Ours("tsv_parse_currency", value);
+  return Ours("tsv_currency", ToDays(value, from));
+}
+
+std::string ToTextValue(const std::string& value, ValueType from) {
+  if (from == ValueType::Boolean) return As(MinusOne(value), "text");
+  if (IsWhole(from)) return As(value, "text");
+  if (IsAmount(from)) return Ours("tsv_text_currency", value);
+  return Ours(from == ValueType::Date ? "tsv_text_date" : "tsv_text_double", value);
+}
+
+std::string FirstOf(const std::string& value) { return "(array_agg(" + value + "))[1]"; }
+
+}  // namespace
+
+std::string PostgresDialect::Parameter(std::size_t place) const { return "$" + std::to_string(place); }
+
+std::string PostgresDialect::Name(std::string_view name) const {
+  if (name.size() > kLongestName) Raise(EngineError::Unsupported, std::string("nome longo demais: ").append(name));
+  std::string quoted = "\"";
+  for (const char c : name) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted + "\"";
+}
+
+std::string PostgresDialect::TableName(std::string_view name) const { return "tesovia." + Name(name); }
+
+std::string PostgresDialect::Convert(const std::string& value, ValueType from, ValueType to) const {
+  if (from == to || from == ValueType::Null || (IsWhole(from) && IsWhole(to)) || (IsAmount(from) && IsAmount(to)))
+    return value;
+  switch (to) {
+    case ValueType::Boolean:
+      return ToBooleanValue(value, from);
+    case ValueType::Byte:
+    case ValueType::Long:
+      return ToWhole(value, from);
+    case ValueType::Decimal:
+    case ValueType::Currency:
+      return ToAmount(value, from);
+    case ValueType::Double:
+      return ToDays(value, from);
+    case ValueType::Date:
+      return from == ValueType::Text ? Ours("tsv_parse_date", value) : Ours("tsv_days_to_date", ToDays(value, from));
+    case ValueType::Text:
+      return ToTextValue(value, from);
+    case ValueType::Null:
+      break;
+  }
+  return value;
+}
+
+std::string PostgresDialect::Arithmetic(std::string_view op, ValueType type, const std::string& a,
+                                        const std::string& b) const {
+  if (op == "+" && type == ValueType::Text) return Infix(a, "||", b);
+  if (op == "*" && IsAmount(type)) return Ours("tsv_currency_multiply", a, b);
+  if (op == "/") return Ours("tsv_divide", a, b);
+  if (op == "\\") return Ours("tsv_integer_divide", a, b);
+  if (op == "^") return Ours("tsv_power", a, b);
+  if (SameWord(op, "MOD")) return Ours("tsv_modulo", a, b);
+  return Infix(a, op, b);
+}
+
+std::string PostgresDialect::Compare(std::string_view op, ValueType type, bool exact, const std::string& a,
+                                     const std::string& b) const {
+  if (type != ValueType::Text) return Infix(a, op, b);
+  if (exact) return Infix(a, op, ExactKey(b));
+  const bool equality = op == "=" || op == "<>";
+  return equality ? Infix(EqualityKey(a), op, EqualityKey(b)) : Infix(SortKey(a), op, SortKey(b));
+}
+
+std::string PostgresDialect::EqualityKey(const std::string& text) const { return Ours("tsv_texto", text); }
+std::string PostgresDialect::SortKey(const std::string& text) const {
+  return Ours("tsv_ordem", text) + " COLLATE \"C\"";
+}
+std::string PostgresDialect::ExactKey(const std::string& text) const { return text + " COLLATE \"C\""; }
+
+std::string PostgresDialect::Direction(bool descending) const {
+  return descending ? " DESC NULLS LAST" : " NULLS FIRST";
+}
+
+std::string PostgresDialect::Grouped(const std::string& column) const { return FirstOf(column); }
+
+std::string PostgresDialect::Stored(const std::string& value, ValueType type) const {
+  return type == ValueType::Boolean ? "coalesce(" + value + ", FALSE)" : value;
+}
+
+std::string PostgresDialect::Concat(const std::string& a, const std::string& b) const {
+  return Ours("tsv_concat", a, b);
+}
+std::string PostgresDialect::Like(const std::string& text, const std::string& pattern) const {
+  return Ours("tsv_like", text, pattern);
+}
+std::string PostgresDialect::LikePrefix(const std::string& text, const std::string& prefix) const {
+  return Ours("tsv_comeca", text, prefix);
+}
+
+std::string PostgresDialect::Magnitude(const std::string& condition) const { return As(condition, "integer"); }
+
+std::string PostgresDialect::Call(const jet::Function& function, std::span<const std::string> arguments,
+                                  std::span<const ValueType> /*types: the server tells its functions apart*/) const {
+  if (SameWord(function.name, "LEN")) return "length(" + arguments[0] + ")";
+  std::string list;
+  for (std::size_t i = 0; i < arguments.size(); ++i) list += (i > 0 ? ", " : "") + arguments[i];
+  return Ours("jet_" + text::Lower(function.name), list);
+}
+
+std::string PostgresDialect::Aggregate(std::string_view name, ValueType type, const std::string& value) const {
+  if (SameWord(name, "AVG") && IsAmount(type)) return Ours("tsv_half_even", "avg(" + value + ")", "4");
+  if (SameWord(name, "FIRST")) return FirstOf(value);
+  if (SameWord(name, "LAST")) return "(array_agg(" + value + "))[count(*)]";
+  if (SameWord(name, "SINGLE")) return Ours("tsv_single", "array_agg(" + value + ")");
+  const bool least = SameWord(name, "MIN");
+  if (type == ValueType::Text && (least || SameWord(name, "MAX")))
+    return "(array_agg(" + value + " ORDER BY " + SortKey(value) + (least ? "" : " DESC") + " NULLS LAST))[1]";
+  return text::Lower(name) + "(" + value + ")";
+}
+
+}  // namespace tsv::db::postgres

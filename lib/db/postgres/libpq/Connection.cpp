@@ -1,0 +1,248 @@
+#include "db/postgres/libpq/Connection.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <thread>
+#include <utility>
+
+#include "db/EngineError.h"
+#include "db/postgres/libpq/ErrorMapping.h"
+
+namespace tsv::db::postgres {
+namespace {
+
+constexpr int kBinary = 1;
+
+constexpr std::string_view kNothingWritten = "A operação em curso não foi gravada. Tente de novo.";
+constexpr std::string_view kUnknownOutcome =
+    "Não se sabe se a operação em curso foi gravada: consulte o livro antes de repeti-la.";
+
+std::string Option(const PGconn* connection, char* (*read)(const PGconn*)) {
+  const char* text = read(connection);
+  return text ? text : "";
+}
+
+}  // namespace
+
+std::int32_t Result::Affected() const {
+  const std::string_view text = PQcmdTuples(result_.get());
+  std::int64_t rows = 0;
+  std::from_chars(text.data(), text.data() + text.size(), rows);
+  return static_cast<std::int32_t>(std::min<std::int64_t>(rows, std::numeric_limits<std::int32_t>::max()));
+}
+
+std::string_view Result::Bytes(int row, int column) const noexcept {
+  return {PQgetvalue(result_.get(), row, column), static_cast<std::size_t>(PQgetlength(result_.get(), row, column))};
+}
+
+void Values::Reserve(std::size_t count) { texts_.reserve(count); }
+
+std::vector<const char*> Values::Pointers() const {
+  std::vector<const char*> pointers;
+  pointers.reserve(texts_.size());
+  for (const Value& value : texts_) pointers.push_back(value.null ? nullptr : value.text.c_str());
+  return pointers;
+}
+
+Connection::Connection(std::string_view address, std::chrono::milliseconds patience) : patience_(patience) {
+  const std::string given(address);
+  // A silent network must not leave the writer's place taken, nor a client waiting, for hours.
+  const char* const names[] = {"dbname",
+                               "client_encoding",
+                               "fallback_application_name",
+                               "connect_timeout",
+                               "keepalives_idle",
+                               "tcp_user_timeout",
+                               nullptr};
+  const char* const values[] = {given.c_str(), "UTF8", "tesovia", "10", "30", "60000", nullptr};
+  handle_.reset(PQconnectdbParams(names, values, 1));
+  if (!handle_) Raise(RuntimeError::OutOfMemory);
+  place_ = Option(handle_.get(), PQdb) + "@" + Option(handle_.get(), PQhost);
+  if (PQstatus(handle_.get()) != CONNECTION_OK) throw ConnectionError(handle_.get());
+  Greet();
+}
+
+// A pooler answers with a session number of its own.
+void Connection::Greet() {
+  ++generation_;
+  forgotten_.clear();
+  transaction_.clear();
+  PQsetNoticeProcessor(
+      handle_.get(), [](void*, const char*) {}, nullptr);
+  pooled_ = Text("SELECT pg_backend_pid()::text") != std::to_string(PQbackendPID(handle_.get()));
+}
+
+void Connection::Revive() {
+  if (PQstatus(handle_.get()) == CONNECTION_OK) return;
+  PQreset(handle_.get());
+  if (PQstatus(handle_.get()) != CONNECTION_OK) throw ConnectionError(handle_.get());
+  Greet();
+}
+
+void Connection::RaiseLost(std::string_view outcome) {
+  transaction_.clear();
+  throw Erro(static_cast<std::int32_t>(EngineError::ConnectionLost),
+             TextOf(EngineError::ConnectionLost, place_).append(" ").append(outcome));
+}
+
+Result Connection::Checked(PGresult* raw, std::string_view sql) {
+  Result result(raw);
+  switch (PQresultStatus(raw)) {
+    case PGRES_COMMAND_OK:
+    case PGRES_TUPLES_OK:
+    case PGRES_SINGLE_TUPLE:
+      return result;
+    default:
+      break;
+  }
+  if (PQstatus(handle_.get()) != CONNECTION_OK || IsShutdown(raw)) RaiseLost(kNothingWritten);
+  throw ErrorOf(raw, sql, place_);
+}
+
+Result Connection::Execute(const std::string& sql) {
+  if (transaction_.empty()) Revive();
+  return Checked(PQexec(handle_.get(), sql.c_str()), sql);
+}
+
+Result Connection::Execute(const std::string& sql, const std::vector<std::string>& texts) {
+  if (transaction_.empty()) Revive();
+  std::vector<const char*> pointers;
+  for (const std::string& text : texts) pointers.push_back(text.c_str());
+  return Checked(PQexecParams(handle_.get(), sql.c_str(), static_cast<int>(pointers.size()), nullptr, pointers.data(),
+                              nullptr, nullptr, kBinary),
+                 sql);
+}
+
+std::string Connection::Text(const std::string& sql, const std::vector<std::string>& texts) {
+  const Result result = Execute(sql, texts);
+  return result.Rows() == 0 || result.IsNull(0, 0) ? std::string() : std::string(result.Bytes(0, 0));
+}
+
+void Connection::Prepare(Prepared& statement) {
+  if (!statement.name.empty() && statement.generation == generation_) return;
+  FreeForgotten();
+  const std::string name = "tsv" + std::to_string(++lastName_);
+  Checked(PQprepare(handle_.get(), name.c_str(), statement.sql.c_str(), static_cast<int>(statement.types.size()),
+                    statement.types.data()),
+          statement.sql);
+  statement.name = name;
+  statement.generation = generation_;
+}
+
+Result Connection::Run(Prepared& statement, const Values& values) {
+  if (transaction_.empty()) Revive();
+  const std::vector<const char*> pointers = values.Pointers();
+  const int count = static_cast<int>(pointers.size());
+  if (pooled_) {
+    return Checked(PQexecParams(handle_.get(), statement.sql.c_str(), count, statement.types.data(), pointers.data(),
+                                nullptr, nullptr, kBinary),
+                   statement.sql);
+  }
+  Prepare(statement);
+  return Checked(
+      PQexecPrepared(handle_.get(), statement.name.c_str(), count, pointers.data(), nullptr, nullptr, kBinary),
+      statement.sql);
+}
+
+void Connection::Forget(Prepared& statement) {
+  if (!statement.name.empty() && statement.generation == generation_) forgotten_.push_back(std::move(statement.name));
+  statement.name.clear();
+}
+
+void Connection::FreeForgotten() {
+  for (const std::string& name : std::exchange(forgotten_, {})) Execute("DEALLOCATE " + name);
+}
+
+void Connection::Start(Prepared& statement, const Values& values) {
+  if (transaction_.empty()) Revive();
+  const std::vector<const char*> pointers = values.Pointers();
+  const int count = static_cast<int>(pointers.size());
+  if (!pooled_) Prepare(statement);
+  const int sent = pooled_ ? PQsendQueryParams(handle_.get(), statement.sql.c_str(), count, statement.types.data(),
+                                               pointers.data(), nullptr, nullptr, kBinary)
+                           : PQsendQueryPrepared(handle_.get(), statement.name.c_str(), count, pointers.data(), nullptr,
+                                                 nullptr, kBinary);
+  if (sent == 0) RaiseLost(kNothingWritten);
+  PQsetSingleRowMode(handle_.get());
+  streaming_ = statement.sql;
+}
+
+Result Connection::Next() {
+  PGresult* next = PQgetResult(handle_.get());
+  if (!next) return Result(nullptr);
+  try {
+    Result result = Checked(next, streaming_);
+    if (result.Rows() == 0) Abandon();
+    return result;
+  } catch (...) {
+    Abandon();
+    throw;
+  }
+}
+
+void Connection::Abandon() noexcept {
+  if (PGresult* left = PQgetResult(handle_.get())) {
+    char ignored[256];
+    if (PGcancel* cancel = PQgetCancel(handle_.get())) {
+      PQcancel(cancel, ignored, sizeof ignored);
+      PQfreeCancel(cancel);
+    }
+    for (; left; left = PQgetResult(handle_.get())) PQclear(left);
+  }
+}
+
+void Connection::Begin() {
+  Revive();
+  const Result result = [&] {
+    try {
+      return Execute("BEGIN ISOLATION LEVEL READ COMMITTED; SELECT tesovia.tsv_tomar_a_vez(" +
+                     std::to_string(patience_.count()) + ")");
+    } catch (...) {
+      if (PQtransactionStatus(handle_.get()) != PQTRANS_IDLE) PQclear(PQexec(handle_.get(), "ROLLBACK"));
+      throw;
+    }
+  }();
+  transaction_ = result.Bytes(0, 0);
+}
+
+// When the connection breaks before the answer comes, a new one may ask what became of the transaction.
+void Connection::Commit() {
+  const std::string transaction = transaction_;
+  try {
+    Execute("COMMIT");
+    transaction_.clear();
+    return;
+  } catch (const Erro&) {
+    if (PQstatus(handle_.get()) == CONNECTION_OK) throw;
+  }
+  constexpr int kAttempts = 20;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(250));
+    try {
+      const std::string status = Text("SELECT pg_xact_status($1::xid8)", {transaction});
+      if (status == "committed") return;
+      if (status == "aborted") RaiseLost(kNothingWritten);
+      if (status.empty()) break;  // a server that knows nothing of it
+    } catch (const Erro& erro) {
+      if (PQstatus(handle_.get()) == CONNECTION_OK) throw;
+    }
+  }
+  RaiseLost(kUnknownOutcome);
+}
+
+// A transaction that went with its connection is undone already.
+void Connection::Undo(bool whole) {
+  if (PQstatus(handle_.get()) == CONNECTION_OK && InTransaction())
+    Execute(whole ? "ROLLBACK" : "ROLLBACK TO nivel; RELEASE nivel");
+  if (whole) transaction_.clear();
+}
+
+bool Connection::InTransaction() const noexcept {
+  const PGTransactionStatusType status = PQtransactionStatus(handle_.get());
+  return status == PQTRANS_INTRANS || status == PQTRANS_INERROR || status == PQTRANS_ACTIVE;
+}
+
+bool Connection::HasFailed() const noexcept { return PQtransactionStatus(handle_.get()) != PQTRANS_INTRANS; }
+
+}  // namespace tsv::db::postgres

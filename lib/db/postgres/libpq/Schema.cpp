@@ -1,0 +1,243 @@
+#include "db/postgres/libpq/Schema.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "db/DataTypes.h"
+#include "db/EngineError.h"
+#include "db/postgres/PostgresDialect.h"
+#include "db/postgres/libpq/ErrorMapping.h"
+#include "types/Erro.h"
+#include "types/Text.h"
+
+namespace tsv::db::postgres {
+namespace {
+
+std::string Quoted(std::string_view name) { return PostgresDialect().Name(name); }
+std::string QuotedTable(std::string_view name) { return PostgresDialect().TableName(name); }
+
+// A column beside one of text, in which relationships meet: they compare without regard to case, as everything does.
+std::string KeyColumn(std::string_view column) { return Quoted(std::string(column) + "~"); }
+
+std::string_view StorageOf(ValueType type) {
+  switch (type) {
+    case ValueType::Boolean:
+      return "boolean";
+    case ValueType::Byte:
+    case ValueType::Long:
+      return "integer";
+    case ValueType::Decimal:
+    case ValueType::Currency:
+      return "numeric(19, 4)";
+    case ValueType::Double:
+      return "double precision";
+    case ValueType::Date:
+      return "timestamp(0)";
+    case ValueType::Null:
+    case ValueType::Text:
+      break;
+  }
+  return "text COLLATE \"C\"";
+}
+
+std::string DefaultOf(const Variant& value) {
+  if (const auto* flag = std::get_if<bool>(&value)) return *flag ? "TRUE" : "FALSE";
+  if (const auto* byte = std::get_if<std::uint8_t>(&value)) return std::to_string(*byte);
+  if (const auto* number = std::get_if<std::int32_t>(&value)) return std::to_string(*number);
+  if (const auto* amount = std::get_if<Currency>(&value)) return amount->ToText();
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    std::string literal = "'";
+    for (const char c : *text) literal.append(c == '\'' ? 2 : 1, c);
+    return literal + "'";
+  }
+  Raise(EngineError::Unsupported, "valor padrão deste tipo");
+}
+
+// What the engine must refuse in the column, each rule under the number that it raises.
+std::string Rules(const Table& table, const Column& column) {
+  std::string rules;
+  const std::string name = Quoted(column.name);
+  const auto add = [&](std::int32_t number, const std::string& condition) {
+    rules += " CONSTRAINT " + Quoted(ConstraintName(number, table.name, column.name)) + " CHECK (" + condition + ")";
+  };
+  const auto overflow = static_cast<std::int32_t>(RuntimeError::Overflow);
+  switch (column.type) {
+    case ValueType::Byte:
+      add(overflow, name + " BETWEEN 0 AND 255");
+      break;
+    case ValueType::Currency:
+      add(overflow, name + " BETWEEN -922337203685477.5808 AND 922337203685477.5807");
+      break;
+    case ValueType::Text:
+      if (column.size > 0)
+        add(static_cast<std::int32_t>(EngineError::TextTooLong),
+            "length(" + name + ") <= " + std::to_string(column.size));
+      if (!column.allowZeroLength) add(static_cast<std::int32_t>(EngineError::ZeroLength), name + " <> ''");
+      break;
+    default:
+      break;
+  }
+  return rules;
+}
+
+bool IsPrimary(const Table& table, const Column& column) {
+  return std::any_of(table.primaryKey.begin(), table.primaryKey.end(),
+                     [&](const std::string& key) { return text::CompareFolded(key, column.name) == 0; });
+}
+
+std::string ColumnDefinition(const Table& table, const Column& column) {
+  std::string definition = Quoted(column.name).append(" ").append(StorageOf(column.type));
+  if (column.required || column.type == ValueType::Boolean || IsPrimary(table, column)) definition += " NOT NULL";
+  if (!IsEmpty(column.defaultValue)) {
+    definition += " DEFAULT " + DefaultOf(column.defaultValue);
+  } else if (column.type == ValueType::Boolean) {
+    definition += " DEFAULT FALSE";
+  }
+  return definition + Rules(table, column);
+}
+
+const Column& ColumnOf(const Table& table, const std::string& name) {
+  const Column* column = table.Find(name);
+  if (!column) Raise(EngineError::ItemNotFound, name);
+  return *column;
+}
+
+// By the key that equal texts share. Null stands first, where Jet's order has it.
+std::string IndexDefinition(const Table& table, const Index& index) {
+  std::string name = table.name;
+  std::string columns;
+  for (const std::string& part : index.columns) {
+    const Column& column = ColumnOf(table, part);
+    const bool folded = column.type == ValueType::Text && !column.exact;
+    const std::string quoted = Quoted(column.name);
+    columns +=
+        (columns.empty() ? "" : ", ") + (folded ? PostgresDialect().EqualityKey(quoted) : quoted) + " NULLS FIRST";
+    name += "." + part;
+  }
+  return (index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") + Quoted(name) + " ON " + QuotedTable(table.name) +
+         " (" + columns + ")";
+}
+
+std::string AddKeyColumn(const std::string& table, const std::string& column) {
+  return "ALTER TABLE " + QuotedTable(table) + " ADD COLUMN IF NOT EXISTS " + KeyColumn(column) +
+         " text COLLATE \"C\" GENERATED ALWAYS AS (" + PostgresDialect().EqualityKey(Quoted(column)) + ") STORED";
+}
+
+void Relate(Connection& connection, const Table& table, const ForeignKey& key) {
+  const bool text = ColumnOf(table, key.column).type == ValueType::Text;
+  const auto column = [&](const std::string& name) { return text ? KeyColumn(name) : Quoted(name); };
+  if (text) {
+    connection.Execute(AddKeyColumn(table.name, key.column));
+    connection.Execute(AddKeyColumn(key.table, key.referenced));
+    connection.Execute("CREATE UNIQUE INDEX IF NOT EXISTS " + Quoted(key.table + "." + key.referenced + "~") + " ON " +
+                       QuotedTable(key.table) + " (" + column(key.referenced) + ")");
+  }
+  connection.Execute("ALTER TABLE " + QuotedTable(table.name) + " ADD CONSTRAINT " +
+                     Quoted(table.name + "." + key.column) + " FOREIGN KEY (" + column(key.column) + ") REFERENCES " +
+                     QuotedTable(key.table) + " (" + column(key.referenced) + ")");
+}
+
+// A Boolean is never Null: what inserts Null in it inserts False. (What updates it says so itself.)
+void LetNullBeFalse(Connection& connection, const Table& table) {
+  std::string assignments;
+  std::string condition;
+  for (const Column& column : table.columns) {
+    if (column.type != ValueType::Boolean) continue;
+    const std::string name = "NEW." + Quoted(column.name);
+    assignments += name + " := coalesce(" + name + ", FALSE); ";
+    condition += (condition.empty() ? "" : " OR ") + name + " IS NULL";
+  }
+  if (assignments.empty()) return;
+  const std::string function = QuotedTable(table.name + "~");
+  connection.Execute("CREATE FUNCTION " + function + "() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN " + assignments +
+                     "RETURN NEW; END $$");
+  connection.Execute("CREATE TRIGGER \"nulo\" BEFORE INSERT ON " + QuotedTable(table.name) + " FOR EACH ROW WHEN (" +
+                     condition + ") EXECUTE FUNCTION " + function + "()");
+}
+
+void RefuseTakenName(Connection& connection, const std::string& table) {
+  const std::string taken = connection.Text(
+      "SELECT 'x' FROM pg_class AS c JOIN pg_namespace AS n ON n.oid = c.relnamespace "
+      "WHERE n.nspname = 'tesovia' AND tesovia.tsv_texto(c.relname::text) = tesovia.tsv_texto($1)",
+      {table});
+  if (!taken.empty()) Raise(EngineError::TableExists, table);
+}
+
+void AddToColumnCatalog(Connection& connection, const Table& table) {
+  for (std::size_t i = 0; i < table.columns.size(); ++i) {
+    const Column& column = table.columns[i];
+    const auto& key = table.primaryKey;
+    const auto place = std::find_if(
+        key.begin(), key.end(), [&](const std::string& part) { return text::CompareFolded(part, column.name) == 0; });
+    const auto flag = [](bool set) { return std::string(set ? "t" : "f"); };
+    connection.Execute(
+        "INSERT INTO tesovia.tsv_colunas VALUES ($1, $2, $3, $4, $5, $6, $7, $8, $9)",
+        {table.name, std::to_string(i), column.name, std::to_string(static_cast<int>(DataTypeOf(column.type))),
+         std::to_string(column.size), flag(column.required), flag(column.allowZeroLength), flag(column.exact),
+         std::to_string(place == key.end() ? 0 : place - key.begin() + 1)});
+  }
+  connection.Execute("UPDATE tesovia.tsv_ajustes SET valor = (valor::integer + 1)::text WHERE nome = 'catalogo'");
+}
+
+int Number(std::string_view text) {
+  int number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+}  // namespace
+
+void CreateColumnCatalog(Connection& connection) {
+  connection.Execute(
+      "CREATE TABLE tesovia.tsv_colunas (tabela text NOT NULL, lugar integer NOT NULL, nome text NOT NULL, "
+      "tipo integer NOT NULL, tamanho integer NOT NULL, exige boolean NOT NULL, aceita_vazio boolean NOT NULL, "
+      "exata boolean NOT NULL, chave integer NOT NULL, PRIMARY KEY (tabela, lugar))");
+}
+
+void CreateTable(Connection& connection, const Table& table) {
+  RefuseTakenName(connection, table.name);
+  std::string columns;
+  for (const Column& column : table.columns) columns += (columns.empty() ? "" : ", ") + ColumnDefinition(table, column);
+  connection.Execute("CREATE TABLE " + QuotedTable(table.name) + " (" + columns + ")");
+  if (!table.primaryKey.empty()) connection.Execute(IndexDefinition(table, {table.primaryKey, true}));
+  for (const Index& index : table.indexes) connection.Execute(IndexDefinition(table, index));
+  for (const ForeignKey& key : table.foreignKeys) Relate(connection, table, key);
+  LetNullBeFalse(connection, table);
+  AddToColumnCatalog(connection, table);
+}
+
+Catalog LoadCatalog(Connection& connection) {
+  const Result columns = connection.Execute(
+      "SELECT tabela, nome, tipo::text, tamanho::text, exige, aceita_vazio, exata, chave::text "
+      "FROM tesovia.tsv_colunas ORDER BY tabela, lugar",
+      {});
+  Catalog catalog;
+  Table table;
+  const auto finish = [&] {
+    if (!table.columns.empty()) catalog.Add(std::move(table));
+    table = {};
+  };
+  for (int row = 0; row < columns.Rows(); ++row) {
+    const auto text = [&](int column) { return std::string(columns.Bytes(row, column)); };
+    const auto flag = [&](int column) { return columns.Bytes(row, column) != std::string_view("\0", 1); };
+    if (table.name != text(0)) finish();
+    table.name = text(0);
+    Column column{.name = text(1),
+                  .type = ValueTypeOf(static_cast<DataTypeEnum>(Number(text(2)))),
+                  .size = Number(text(3)),
+                  .required = flag(4),
+                  .allowZeroLength = flag(5),
+                  .exact = flag(6),
+                  .defaultValue = {}};
+    const auto place = static_cast<std::size_t>(Number(text(7)));
+    if (place > 0) {
+      table.primaryKey.resize(std::max(table.primaryKey.size(), place));
+      table.primaryKey[place - 1] = column.name;
+    }
+    table.columns.push_back(std::move(column));
+  }
+  finish();
+  return catalog;
+}
+
+}  // namespace tsv::db::postgres
