@@ -4,12 +4,16 @@
 #include <thread>
 
 #include "TesoviaLib2.h"
-#include "db/dao/windows/Ole.h"
+#include "db/dao/windows/LateBound.h"
 #include "support/Company.h"
+#include "types/Conversions.h"
 
+using tsv::ToText;
+using tsv::Variant;
 using tsv::db::dao::ComPointer;
 using tsv::db::dao::OleValue;
 using tsv::db::dao::TextOf;
+using tsv::db::dao::ValueOf;
 using tsv::test::Company;
 using tsv::test::Day;
 
@@ -82,6 +86,92 @@ TEST(EarlyBinding, PostsAndReadsThroughTheTables) {
   long stale = 5;
   EXPECT_EQ(tesovia->ExcluirLancamentoTS(&id, &stale), static_cast<HRESULT>(TS_ERRO_EXCLUSAO));
   EXPECT_TRUE(DescriptionOfLastError().starts_with("O lançamento não foi localizado")) << "accents arrive";
+}
+
+TEST(EarlyBinding, SettlesTransfersAndReversesWithEveryClass) {
+  const Apartment apartment;
+  const Company company;
+  const auto tesovia = LoggedIn(company);
+  ComPointer<_CLancamento> entry;
+  ASSERT_EQ(Post(*tesovia.Get(), "1.1", entry.Receive()), S_OK);
+  CURRENCY amount = {};
+  long id = 1;
+  long version = 0;
+
+  const auto settlement = Create<_CBaixa>(CLSID_CBaixa);
+  TIPO_BAIXA kind = BAIXA_PARCIAL;
+  OleValue day{Variant(Day(2008, 7, 6))};
+  amount.int64 = 1'000'000;
+  EXPECT_EQ(settlement->put_TipoBaixa(&kind), S_OK);
+  EXPECT_EQ(settlement->put_DataRealizacao(&day.Raw()), S_OK);
+  EXPECT_EQ(settlement->put_ValorBaixado(&amount), S_OK);
+  EXPECT_EQ(settlement->put_IdLancamento(&id), S_OK);
+  EXPECT_EQ(settlement->put_IdConcorrencia(&version), S_OK);
+  _CBaixa* request = settlement.Get();
+  ComPointer<_CLancamento> settled;
+  ASSERT_EQ(tesovia->BaixarLancamentoTS(&request, settled.Receive()), S_OK);
+  EXPECT_EQ(settled->get_ValorPago(&amount), S_OK);
+  EXPECT_EQ(amount.int64, 1'000'000);
+
+  const auto transfer = Create<_CTransferencia>(CLSID_CTransferencia);
+  DATE when = Day(2008, 7, 7).Days();
+  EXPECT_EQ(transfer->put_CodContaOrigem(Bstr("1.1")), S_OK);
+  EXPECT_EQ(transfer->put_CodContaDestino(Bstr("1.2")), S_OK);
+  EXPECT_EQ(transfer->put_Valor(&amount), S_OK);
+  EXPECT_EQ(transfer->put_DataDaTransferencia(&when), S_OK);
+  EXPECT_EQ(transfer->put_HistoricoSaida(Bstr("sai")), S_OK);
+  EXPECT_EQ(transfer->put_HistoricoEntrada(Bstr("entra")), S_OK);
+  _CTransferencia* move = transfer.Get();
+  ComPointer<_Collection> legs;
+  ASSERT_EQ(tesovia->FazerTransferenciaTS(&move, legs.Receive()), S_OK);
+  long count = 0;
+  EXPECT_EQ(legs->Count(&count), S_OK);
+  EXPECT_EQ(count, 2);
+
+  ASSERT_EQ(settled->get_IdConcorrencia(&version), S_OK);
+  ComPointer<_CLancamento> reversal;
+  ASSERT_EQ(tesovia->EstornarLancamentoTS(Bstr("engano"), &id, &version, reversal.Receive()), S_OK);
+  EXPECT_EQ(reversal->get_Valor(&amount), S_OK);
+  EXPECT_EQ(amount.int64, -1'000'000);
+
+  const auto own = Create<_CLancamento>(CLSID_CLancamento);
+  RecordsetTypeEnum type = dbOpenSnapshot;
+  ComPointer<IDispatch> rows;
+  ASSERT_EQ(tesovia->AbrirRecordsetTS(Bstr("Select * From Lancamentos Where Id=3"), &type, rows.Receive()), S_OK);
+  IDispatch* row = rows.Get();
+  EXPECT_EQ(own->CarregarDeRegistro(&row), S_OK);
+  unsigned char leg = 0;
+  EXPECT_EQ(own->get_Transferencia(&leg), S_OK);
+  EXPECT_EQ(leg, 2) << "the one that comes in";
+}
+
+TEST(EarlyBinding, ArgumentsAreTakenByTheirNames) {
+  const Apartment apartment;
+  const Company company;
+  const auto tesovia = LoggedIn(company);
+  const wchar_t* names[] = {L"FazerLancamentoTS", L"documento", L"CODRECDESP",    L"CodConta",
+                            L"Historico",         L"Valor",     L"DataReferencia"};
+  DISPID ids[std::size(names)] = {};
+  ASSERT_EQ(tesovia->GetIDsOfNames(IID_NULL, const_cast<LPOLESTR*>(names), std::size(names), 0, ids), S_OK);
+  auto values = tsv::db::dao::ArgumentsOf(std::string("NF 7"), std::string("0"), std::string("1.1"),
+                                          std::string("por nome"), std::int32_t{12}, Day(2008, 7, 1));
+  values.push_back(OleValue(Variant(Day(2008, 7, 5))));  // the first argument has no name here
+  std::vector<VARIANT> raw;
+  for (OleValue& value : values) raw.push_back(value.Raw());
+  DISPPARAMS given = {raw.data(), ids + 1, static_cast<UINT>(raw.size()), static_cast<UINT>(std::size(ids) - 1)};
+  OleValue result;
+  ASSERT_EQ(tesovia->Invoke(ids[0], IID_NULL, 0, DISPATCH_METHOD, &given, &result.Raw(), nullptr, nullptr), S_OK);
+  const tsv::db::dao::LateBound entry(tsv::db::dao::ObjectOf(result.Raw()));
+  EXPECT_EQ(ToText(ValueOf(entry.Get(L"Documento").Raw())), "NF 7");
+  EXPECT_EQ(ToText(ValueOf(entry.Get(L"Historico").Raw())), "POR NOME");
+  EXPECT_EQ(ToText(ValueOf(entry.Get(L"DataId").Raw())), "20080705000000001");
+  EXPECT_EQ(ToText(ValueOf(entry.Get(L"CodCentroCusto").Raw())), "") << "left out";
+
+  const wchar_t* wrong[] = {L"FazerLancamentoTS", L"Quantia"};
+  EXPECT_EQ(tesovia->GetIDsOfNames(IID_NULL, const_cast<LPOLESTR*>(wrong), 2, 0, ids), DISP_E_UNKNOWNNAME);
+  given = {&raw.back(), nullptr, 1, 0};
+  EXPECT_EQ(tesovia->Invoke(ids[0], IID_NULL, 0, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr),
+            DISP_E_PARAMNOTOPTIONAL);
 }
 
 TEST(EarlyBinding, ThreadsHaveSessionsOfTheirOwn) {

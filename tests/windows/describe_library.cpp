@@ -1,5 +1,5 @@
 // describe_library FILE: prints what a type library says, one line a member: its place in the table of virtual
-// functions counted from the first of the interface's own, its dispatch number, kind, name and types.
+// functions counted from the first of the interface's own, its dispatch number, kind, name, and its arguments.
 #include <cstdio>
 #include <string>
 
@@ -65,13 +65,19 @@ void PrintFunctions(ITypeInfo* description, int count) {
     std::printf("  %2d id %ld %s %s(", function->oVft / static_cast<int>(sizeof(void*)) - kInherited + 1,
                 static_cast<long>(function->memid), KindOf(function->invkind),
                 NameOf(description, function->memid).c_str());
+    BSTR names[16] = {};  // the member's, then its arguments'
+    UINT named = 0;
+    description->GetNames(function->memid, names, 16, &named);
     for (int p = 0; p < function->cParams; ++p) {
       const ELEMDESC& parameter = function->lprgelemdescParam[p];
       const USHORT flags = parameter.paramdesc.wParamFlags;
       std::printf("%s%s%s%s", p == 0 ? "" : ", ", (flags & PARAMFLAG_FOPT) != 0 ? "optional " : "",
                   (flags & PARAMFLAG_FRETVAL) != 0 ? "returns " : "", TypeName(description, parameter.tdesc).c_str());
+      const bool isNamed = function->invkind == INVOKE_FUNC && static_cast<UINT>(p) + 1 < named;
+      if (isNamed) std::printf(" %s", TextOf(names[p + 1]).c_str());
     }
     std::puts(")");
+    for (UINT n = 0; n < named; ++n) SysFreeString(names[n]);
     description->ReleaseFuncDesc(function);
   }
 }

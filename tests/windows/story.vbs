@@ -185,7 +185,7 @@ Confira "datas da cópia", copia.DataReferencia = dia And copia.DataVencimento =
 Confira "marcas da cópia", copia.Estorno And copia.Estornado, True
 
 ' A recordset, walked over as DAO's are; it fills an entry.
-Dim linhas, tabela
+Dim linhas, tabela, campo, nomes
 Set linhas = tesovia.AbrirRecordsetTS("Select * From Lancamentos Order By DataId", dbOpenSnapshot)
 Confira "RecordCount", linhas.RecordCount, 7
 soma = CCur(0)
@@ -202,6 +202,11 @@ copia.CarregarDeRegistro linhas
 Confira "CarregarDeRegistro", copia.Id, linhas.Fields("Id").Value
 Confira "Name", linhas.Fields(0).Name, "Id"
 Confira "Fields.Count", linhas.Fields.Count > 20, True
+nomes = ""
+For Each campo In linhas.Fields
+  If campo.Name = "Id" Or campo.Name = "Historico" Then nomes = nomes & campo.Name & "=" & campo.Value & " "
+Next
+Confira "For Each sobre Fields", nomes, "Id=" & copia.Id & " Historico=" & copia.Historico & " "
 linhas.MoveFirst
 tabela = linhas.GetRows(2)
 Confira "GetRows", UBound(tabela, 2), 1
