@@ -43,6 +43,8 @@ std::string Quoted(std::string_view text) {
 }
 
 // In the order in which they use one another.
-std::string SqlFunctions() { return SqlText() + SqlOrder() + SqlLike() + SqlNumbers() + SqlConversions(); }
+std::string SqlFunctions() {
+  return SqlText() + SqlOrder() + SqlLike() + SqlNumbers() + SqlConversions() + SqlTextFunctions() + SqlDates();
+}
 
 }  // namespace tsv::db::postgres

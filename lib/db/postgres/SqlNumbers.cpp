@@ -19,6 +19,14 @@ DECLARE
 BEGIN
   RETURN tesovia.tsv_quantia(CASE WHEN scale(product) <= 4 THEN product ELSE tesovia.tsv_half_even(product, 4) END);
 END)") +
+         // The mean of amounts, exact where a quotient's digits might not be.
+         Function("tsv_media(total numeric, count bigint)", "numeric", R"(
+DECLARE
+  units CONSTANT numeric := div(total * 10000, count);
+  rest CONSTANT numeric := 2 * abs(total * 10000 - units * count);
+BEGIN
+  RETURN 0.0001 * (units + CASE WHEN rest > count OR rest = count AND units % 2 <> 0 THEN sign(total) ELSE 0 END);
+END)") +
          // By a whole number the product is exact: one operation, whatever the condition that gave it.
          Expression("tsv_currency_multiply(a integer, b numeric)", "numeric", "a * b") +
          Expression("tsv_currency_multiply(a numeric, b integer)", "numeric", "a * b");

@@ -12,6 +12,8 @@ std::string SqlOrder();
 std::string SqlLike();
 std::string SqlNumbers();
 std::string SqlConversions();
+std::string SqlTextFunctions();
+std::string SqlDates();
 
 // An expression that the planner can put in the place of the call; Null arguments reach it.
 std::string Expression(std::string_view signature, std::string_view result, std::string_view expression);
