@@ -9,8 +9,8 @@
 #include "common/Engines.h"
 #include "common/MessageBox.h"
 #include "db/EngineError.h"
-#include "db/sqlite/CreateLedger.h"
 #include "support/Company.h"
+#include "support/TemporaryLedger.h"
 #include "types/Conversions.h"
 
 using namespace tsv;
@@ -140,9 +140,8 @@ TEST_F(SessionTest, ReleasingAnyObjectEndsTheThreadsSession) {
 }
 
 TEST_F(SessionTest, ADatabaseOfAnotherPasswordIsRefused) {
-  const std::string path = company.Path() + "2";
-  db::sqlite::CreateLedger(path, "outra");
-  const Erro erro = ErrorOf([&] { tesovia.InicializarTS(path, "ana", "segredo"); });
+  const TemporaryLedger other;
+  const Erro erro = ErrorOf([&] { tesovia.InicializarTS(other.Path(), "ana", "segredo"); });
   EXPECT_EQ(erro.Numero(), NumberOf(db::EngineError::WrongPassword));
   EXPECT_EQ(erro.Origem(), kLoginOrigin);
 }

@@ -22,6 +22,10 @@ bool InSameOrder(const Entry& a, const Entry& b) { return a.key < b.key; }
 
 using Row = std::map<std::string, Variant>;
 
+// Actions of one second in the only order that they can have on an entry: 9 settles it in part, 3 deletes it.
+constexpr const char* kJournalInOrder =
+    "HistoricosDeLancamentos Order By DataHora, Id, IIf(IdAcao = 9, 4, IIf(IdAcao = 3, 10, IdAcao))";
+
 std::vector<Row> RowsOf(db::Database& database, const std::string& table) {
   std::vector<Row> all;
   const auto rows = database.OpenRecordset("Select * From " + table);
@@ -159,7 +163,7 @@ std::size_t ExpectSound(const Company& company) {
 
   std::map<std::int32_t, Row> entries;
   for (const Row& row : RowsOf(*database, "Lancamentos")) entries[ToLong(row.at("Id"))] = row;
-  ExpectAsJournalled(entries, RowsOf(*database, "HistoricosDeLancamentos"), StoredSerial(*database));
+  ExpectAsJournalled(entries, RowsOf(*database, kJournalInOrder), StoredSerial(*database));
   ExpectCounterparts(entries, RowsOf(*database, "Transferencias"));
   return stored.size();
 }
