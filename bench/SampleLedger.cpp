@@ -9,14 +9,11 @@
 #include "common/Balances.h"
 #include "common/Engines.h"
 #include "db/DBEngine.h"
-#include "db/sqlite/Connection.h"
-#include "db/sqlite/SqlFunctions.h"
 
 namespace tsv::bench {
 namespace {
 
 constexpr std::int32_t kDays = 5 * 365;
-constexpr std::int32_t kUser = 1;
 
 // Codes of four levels, parents before children, until there are so many.
 std::vector<std::string> Codes(std::array<int, 4> perLevel, std::size_t total) {
@@ -82,7 +79,9 @@ SampleLedger::SampleLedger(std::string path, std::int32_t entries)
   firstUsedType_ = firstOfSecondLevel(types_);
   CriarBancoDeDados(path_);
   WriteMasters();
-  WriteEntries();
+  const auto writer = path_.starts_with("postgresql://") ? WriterToServer(path_) : WriterToFile(path_);
+  EachEntry([&](const StoredEntry& entry) { writer->Write(entry); });
+  writer->Finish(entries_);
 }
 
 void SampleLedger::WriteMasters() {
@@ -111,19 +110,7 @@ void SampleLedger::WriteMasters() {
   database->Close();
 }
 
-void SampleLedger::WriteEntries() {
-  using db::sqlite::Connection;
-  Connection connection(path_, Connection::Access::Write, std::chrono::milliseconds(0));
-  db::sqlite::RegisterFunctions(connection);
-  connection.Execute("PRAGMA synchronous = OFF");
-  connection.Execute("BEGIN IMMEDIATE");
-  db::sqlite::Statement insert(
-      connection,
-      "INSERT INTO Lancamentos (Id, CodConta, CodRecDesp, CodCentroCusto, IdParceiroComl, Valor, Data, DataReferencia,"
-      " DataVencimento, Historico, DataId, SaldoConta, SaldoRecDesp, SaldoCentroCusto, SaldoParceiroComl, SaldoGlobal, "
-      "IdUsuario)"
-      " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?7, ?7, 'LANCAMENTO', ?8, ?9, ?10, ?11, ?12, ?13, ?14)",
-      true);
+void SampleLedger::EachEntry(const std::function<void(const StoredEntry&)>& write) const {
   RunningBalances byAccount(accounts_);
   RunningBalances byType(types_);
   RunningBalances byCentre(centres_);
@@ -138,25 +125,28 @@ void SampleLedger::WriteEntries() {
     const std::size_t account = id == 1 ? seldom : Pick(random, firstUsedAccount_, accounts_.size());
     const std::size_t type = Pick(random, firstUsedType_, types_.size());
     const std::int64_t amount = RandomAmount(random).TenThousandths();
-    const std::string iso = date.ToIso();
-    const std::string key = Module1::MontarDataId(date, id);
-    sqlite3_clear_bindings(insert.Handle());
-    insert.Bind(1, id).Bind(2, accounts_[account]).Bind(3, types_[type]).Bind(6, amount).Bind(7, iso).Bind(8, key);
-    insert.Bind(9, byAccount.Add(account, amount)).Bind(10, byType.Add(type, amount));
-    insert.Bind(11, std::int64_t{0}).Bind(12, std::int64_t{0}).Bind(13, all += amount).Bind(14, kUser);
+    StoredEntry entry{.id = id,
+                      .account = accounts_[account],
+                      .type = types_[type],
+                      .centre = {},
+                      .amount = amount,
+                      .moment = date.ToIso(),
+                      .key = Module1::MontarDataId(date, id),
+                      .accountBalance = byAccount.Add(account, amount),
+                      .typeBalance = byType.Add(type, amount),
+                      .globalBalance = all += amount};
     if (Pick(random, 0, 2) == 0) {
       const std::size_t centre = Pick(random, 0, centres_.size());
-      insert.Bind(4, centres_[centre]).Bind(11, byCentre.Add(centre, amount));
+      entry.centre = centres_[centre];
+      entry.centreBalance = byCentre.Add(centre, amount);
     }
     if (Pick(random, 0, 2) == 0) {
       const std::size_t partner = Pick(random, 1, kPartners + 1);
-      insert.Bind(5, static_cast<std::int64_t>(partner)).Bind(12, byPartner[partner] += amount);
+      entry.partner = static_cast<std::int32_t>(partner);
+      entry.partnerBalance = byPartner[partner] += amount;
     }
-    insert.Run();
+    write(entry);
   }
-  connection.Execute(("UPDATE Serial SET Serial = " + std::to_string(entries_)).c_str());
-  connection.Execute("COMMIT");
-  connection.Execute("PRAGMA wal_checkpoint(TRUNCATE)");
 }
 
 Posting SampleLedger::Ordinary(std::mt19937& random) const {

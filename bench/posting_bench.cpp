@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "Floor.h"
+#include "Medians.h"
 #include "SampleLedger.h"
 #include "db/sqlite/Connection.h"
 #include "tsvlib2.h"
@@ -99,39 +100,12 @@ void Register(const std::string& name, Rig& rig, Writer writer, int iterations, 
       ->Unit(benchmark::kMicrosecond);
 }
 
-// Keeps the median of each benchmark beside showing it.
-class Medians : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    std::vector<Run> aggregates;
-    for (const Run& run : runs) {
-      if (run.aggregate_name != "median") continue;
-      times_[run.run_name.function_name] = run.GetAdjustedRealTime();
-      aggregates.push_back(run);
-    }
-    ConsoleReporter::ReportRuns(aggregates);
-  }
-
-  void Ratio(const char* what, const std::string& numerator, const std::string& denominator) const {
-    if (!times_.contains(numerator) || !times_.contains(denominator)) return;
-    std::printf("%-72s %8.3f\n", what, times_.at(numerator) / times_.at(denominator));
-  }
-
- private:
-  std::map<std::string, double> times_;
-};
-
 }  // namespace
 }  // namespace tsv::bench
 
 int main(int argc, char** argv) {
   using namespace tsv::bench;
-  // Repetitions of all benchmarks take turns, so that a machine that slows down for a while slows all alike.
-  std::vector<char*> arguments(argv, argv + argc);
-  std::string takeTurns = "--benchmark_enable_random_interleaving=true";
-  arguments.insert(arguments.begin() + 1, takeTurns.data());
-  int count = argc + 1;
-  benchmark::Initialize(&count, arguments.data());
+  Medians::Initialize(argc, argv);
   std::string folder = (std::filesystem::temp_directory_path() / "bench-XXXXXX").string();
   if (!mkdtemp(folder.data())) return EXIT_FAILURE;
   {

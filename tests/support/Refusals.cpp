@@ -82,17 +82,19 @@ void ExpectRefusals(const Action& given, const std::vector<Refusals>& errors) {
 
 std::string ContentsOf(const Company& company) {
   const auto database = company.Open();
-  std::string contents;
+  std::vector<std::string> lines;  // sorted: a server has no order of its own
   for (const std::string table : {"Lancamentos", "HistoricosDeLancamentos", "Transferencias", "Serial"}) {
     for (const auto rows = database->OpenRecordset("Select * From " + table); !rows->EndOfFile(); rows->MoveNext()) {
-      contents += table;
+      std::string& line = lines.emplace_back(table);
       for (std::size_t i = 0; i < rows->FieldCount(); ++i) {
         const Variant value = rows->Fields(i).Value();
-        contents += "|" + (IsNull(value) ? std::string("NULL") : ToText(value));
+        line += "|" + (IsNull(value) ? std::string("NULL") : ToText(value));
       }
-      contents += "\n";
     }
   }
+  std::sort(lines.begin(), lines.end());
+  std::string contents;
+  for (const std::string& line : lines) contents += line + "\n";
   return contents;
 }
 
