@@ -31,7 +31,7 @@ sqlite_for_windows() {
     mkdir -p "$1"
     (
       cd "$1"
-      run npm pack --silent better-sqlite3@12.4.1
+      run npm pack --loglevel=error better-sqlite3@12.4.1
       echo "14398acbf00d1e8fe0a2753df7d4f15c13138e4b874f4e6e96791f65b4536d0d  better-sqlite3-12.4.1.tgz" | sha256sum -c -
       tar xzf better-sqlite3-12.4.1.tgz
     )

@@ -1,5 +1,5 @@
 // Runs a VBScript file: script_host [--manifest MANIFEST] FILE [ARGUMENT...]. Text is UTF-8 on both sides. The script
-// sees its arguments as Host.Argumento(n), from 1, and writes with Host.Escreva. An error is told with its line,
+// sees its arguments as Host.Argumento(n), from 1, and writes with WScript.Echo. An error is told with its line,
 // number, source and description, and the exit code is then 1: the platform's own script hosts are silent where a test
 // must not be. With a manifest the classes that it names are found without a registry.
 #include <cstdio>
@@ -29,7 +29,7 @@ class HostObject final : public tsv::com::ScriptObject {
   enum : DISPID { kWrite = 1, kArgument };
 
   std::span<const Member> Members() const override {
-    static constexpr Member members[] = {{L"Escreva", kWrite}, {L"Argumento", kArgument}};
+    static constexpr Member members[] = {{L"Echo", kWrite}, {L"Argumento", kArgument}};
     return members;
   }
   OleValue Run(DISPID member, WORD, Arguments& given) override {
@@ -102,7 +102,7 @@ bool Run(const std::string& text, Site& site) {
   const OleValue source{tsv::Variant(text)};
   engine->SetScriptSite(&site);
   parser->InitNew();
-  engine->AddNamedItem(L"Host", SCRIPTITEM_ISVISIBLE);
+  for (const wchar_t* name : {L"Host", L"WScript"}) engine->AddNamedItem(name, SCRIPTITEM_ISVISIBLE);
   const HRESULT parsed =
       parser->ParseScriptText(source.Raw().bstrVal, nullptr, nullptr, nullptr, 0, 0, 0, nullptr, nullptr);
   const HRESULT ran = SUCCEEDED(parsed) ? engine->SetScriptState(SCRIPTSTATE_CONNECTED) : parsed;

@@ -221,4 +221,4 @@ On Error Resume Next
 tesovia.AbrirRecordsetTS "Select Serial From Serial", dbOpenSnapshot
 ConfiraErro "depois de soltar o outro", TS_ERRO_NAO_INICIALIZADO, "Componente do Tesovia não inicializado.", _
             "em CLancamento.Documento"
-Host.Escreva "história completa: lançamentos, baixas, transferência, estornos e exclusão"
+WScript.Echo "história completa: lançamentos, baixas, transferência, estornos e exclusão"

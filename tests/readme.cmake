@@ -1,0 +1,31 @@
+# The README's scenario, as its readers type it.
+file(READ ${CMAKE_CURRENT_LIST_DIR}/../README.md readme)
+
+# The first block of that language after the first mention of a text.
+function(readme_block result after language)
+  string(FIND "${readme}" "${after}" place)
+  if(place EQUAL -1)
+    message(FATAL_ERROR "The README does not say: ${after}")
+  endif()
+  string(SUBSTRING "${readme}" ${place} -1 rest)
+  if(NOT rest MATCHES "```${language}\n([^`]+)```")
+    message(FATAL_ERROR "The README has no ${language} after: ${after}")
+  endif()
+  set(${result} "${CMAKE_MATCH_1}" PARENT_SCOPE)
+endfunction()
+
+# Runs a command in a folder; what it prints must be, or end with, that text.
+function(run_and_expect folder expected)
+  execute_process(COMMAND ${ARGN} WORKING_DIRECTORY ${folder} OUTPUT_VARIABLE printed COMMAND_ERROR_IS_FATAL ANY)
+  string(REPLACE "\r" "" printed "${printed}")
+  string(LENGTH "${printed}" all)
+  string(LENGTH "${expected}" wanted)
+  math(EXPR begin "${all} - ${wanted}")
+  if(begin LESS 0)
+    set(begin 0)
+  endif()
+  string(SUBSTRING "${printed}" ${begin} -1 end)
+  if(NOT end STREQUAL expected)
+    message(FATAL_ERROR "Printed:\n${printed}instead of:\n${expected}")
+  endif()
+endfunction()

@@ -1,0 +1,21 @@
+# Runs the script of DOCUMENT, README.md or another, as it stands, in FOLDER on a new ledger of the tests' company. It must
+# print the README's lines, or what matches PRINTS.
+include(${CMAKE_CURRENT_LIST_DIR}/../readme.cmake)
+file(REMOVE_RECURSE ${FOLDER})
+file(MAKE_DIRECTORY ${FOLDER})
+execute_process(COMMAND ${EMULATOR} ${COMPANY} Z:${FOLDER}/livro.tesovia COMMAND_ERROR_IS_FATAL ANY)
+file(READ ${DOCUMENT} text)
+string(REGEX MATCH "```vb\n([^`]+)```" block "${text}")
+string(REPLACE "C:\\livros\\" "" script "${CMAKE_MATCH_1}")
+file(WRITE ${FOLDER}/script.vbs "${script}")
+execute_process(COMMAND ${EMULATOR} ${HOST} script.vbs WORKING_DIRECTORY ${FOLDER} OUTPUT_VARIABLE printed
+                COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE "\r" "" printed "${printed}")
+readme_block(lines "both print" text)
+if(PRINTS)
+  if(NOT printed MATCHES "${PRINTS}")
+    message(FATAL_ERROR "Printed:\n${printed}")
+  endif()
+elseif(NOT printed STREQUAL lines)
+  message(FATAL_ERROR "Printed:\n${printed}instead of:\n${lines}")
+endif()
