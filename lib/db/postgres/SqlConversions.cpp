@@ -196,8 +196,8 @@ constexpr FromType kTypes[] = {
      .byte = {},
      .whole = "tesovia.tsv_long_from_currency(x)",
      .amount = "x",
-     .number = "x",
-     .date = "tesovia.tsv_como_data(x::float8)",
+     .number = "tesovia.tsv_double_de_quantia(x)",
+     .date = "tesovia.tsv_como_data(tesovia.tsv_double_de_quantia(x))",
      .isDate = "false",
      .isNumeric = "x IS NOT NULL"},
     {.type = "float8",
@@ -252,21 +252,22 @@ std::string ConversionsOf(const FromType& from) {
 }  // namespace
 
 std::string SqlConversions() {
-  std::string script = Function("tsv_double(x numeric)", "float8", kNearestDouble) + ReadingNumbers() + Days() +
-                       Function("tsv_data(t text)", "timestamp", kReadDate) +
-                       Expression("tsv_round_long(x float8)", "integer", "x::integer") +
-                       Function("tsv_currency(x float8)", "numeric",
-                                "BEGIN RETURN tesovia.tsv_quantia(tesovia.tsv_half_even(x::text::numeric, 4)); END") +
-                       Function("tsv_long_from_currency(x numeric)", "integer",
-                                "BEGIN RETURN tesovia.tsv_half_even(x, 0)::integer; END") +
-                       Parsers() + Writers() +
-                       Function("tsv_entre(x integer, low integer, high integer)", "integer", R"(
+  std::string script =  // An amount divides its count of ten-thousandths.
+      Expression("tsv_double_de_quantia(x numeric)", "float8", "(x * 10000)::float8 / 10000") +
+      Function("tsv_double(x numeric)", "float8", kNearestDouble) + ReadingNumbers() + Days() +
+      Function("tsv_data(t text)", "timestamp", kReadDate) +
+      Expression("tsv_round_long(x float8)", "integer", "x::integer") +
+      Function("tsv_currency(x float8)", "numeric",
+               "BEGIN RETURN tesovia.tsv_quantia(tesovia.tsv_half_even(x::text::numeric, 4)); END") +
+      Function("tsv_long_from_currency(x numeric)", "integer",
+               "BEGIN RETURN tesovia.tsv_half_even(x, 0)::integer; END") +
+      Parsers() + Writers() + Function("tsv_entre(x integer, low integer, high integer)", "integer", R"(
 BEGIN
   IF x NOT BETWEEN low AND high THEN RAISE SQLSTATE 'T0006'; END IF;
   RETURN x;
 END)") +
-                       // The one element; none is Null.
-                       Function("tsv_single(elements anyarray)", "anyelement", R"(
+      // The one element; none is Null.
+      Function("tsv_single(elements anyarray)", "anyelement", R"(
 BEGIN
   IF cardinality(elements) > 1 THEN RAISE SQLSTATE 'T3354'; END IF;
   RETURN elements[array_lower(elements, 1)];

@@ -53,16 +53,17 @@ END)";
 // Months counted from year 0, so that they can be added and subtracted.
 constexpr const char* kInMonth = R"(
 DECLARE
-  y CONSTANT integer := months / 12;
+  y integer;
   m CONSTANT integer := months % 12 + 1;
 BEGIN
   IF months NOT BETWEEN 1200 AND 119999 THEN RAISE SQLSTATE 'T0005'; END IF;
+  y := months / 12;
   RETURN make_date(y, m, least(extract(day FROM d)::integer, tesovia.tsv_dias_do_mes(y, m))) + d::time;
 END)";
 
 constexpr const char* kDateSerial = R"(
 DECLARE
-  full_year CONSTANT bigint := y + CASE WHEN y NOT BETWEEN 0 AND 99 THEN 0 WHEN y < 30 THEN 2000 ELSE 1900 END;
+  full_year CONSTANT bigint := y::bigint + CASE WHEN y NOT BETWEEN 0 AND 99 THEN 0 WHEN y < 30 THEN 2000 ELSE 1900 END;
 BEGIN
   RETURN tesovia.tsv_momento(tesovia.tsv_dia(tesovia.tsv_no_mes(DATE '1900-01-01', full_year * 12 + m - 1)) +
     d::bigint - 1, 0);
@@ -70,11 +71,13 @@ END)";
 
 constexpr const char* kDateAdd = R"(
 DECLARE
+  months CONSTANT integer := CASE lower(interval_name COLLATE "C")
+    WHEN 'yyyy' THEN 12 WHEN 'q' THEN 3 WHEN 'm' THEN 1 END;
+  seconds CONSTANT integer := CASE WHEN months IS NULL THEN tesovia.tsv_duracao(interval_name) END;
   n CONSTANT bigint := count::integer;
-  months CONSTANT integer := CASE lower(interval_name COLLATE "C") WHEN 'yyyy' THEN 12 WHEN 'q' THEN 3 WHEN 'm' THEN 1 END;
 BEGIN
-  RETURN CASE WHEN months IS NOT NULL THEN tesovia.tsv_no_mes(d, tesovia.tsv_meses(d) + months * n)
-    ELSE tesovia.tsv_de_segundos(tesovia.tsv_segundos(d) + tesovia.tsv_duracao(interval_name) * n) END;
+  RETURN coalesce(tesovia.tsv_no_mes(d, tesovia.tsv_meses(d) + months * n),
+                  tesovia.tsv_de_segundos(tesovia.tsv_segundos(d) + seconds * n));
 END)";
 
 // The boundaries crossed between two dates: one second can be a year's difference.

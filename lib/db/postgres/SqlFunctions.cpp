@@ -44,7 +44,8 @@ std::string Quoted(std::string_view text) {
 
 // In the order in which they use one another.
 std::string SqlFunctions() {
-  return SqlText() + SqlOrder() + SqlLike() + SqlNumbers() + SqlConversions() + SqlTextFunctions() + SqlDates();
+  return SqlText() + SqlOrder() + SqlLike() + SqlNumbers() + SqlConversions() + SqlTextFunctions() + SqlDates() +
+         SqlFormat();
 }
 
 }  // namespace tsv::db::postgres

@@ -14,6 +14,7 @@ std::string SqlNumbers();
 std::string SqlConversions();
 std::string SqlTextFunctions();
 std::string SqlDates();
+std::string SqlFormat();
 
 // An expression that the planner can put in the place of the call; Null arguments reach it.
 std::string Expression(std::string_view signature, std::string_view result, std::string_view expression);
