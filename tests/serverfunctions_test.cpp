@@ -6,13 +6,12 @@
 #include <cstdlib>
 #include <fstream>
 #include <memory>
-#include <optional>
-#include <random>
 #include <stdexcept>
 
 #include "db/jet/Functions.h"
 #include "db/jet/TextValues.h"
 #include "db/postgres/SqlFunctions.h"
+#include "support/Chance.h"
 #include "support/JsonValues.h"
 #include "types/Text.h"
 
@@ -22,6 +21,7 @@ namespace tsv::db::postgres {
 namespace {
 
 using jet::ArgumentKind;
+using test::Chance;
 using Values = std::vector<Variant>;
 using Connection = std::unique_ptr<PGconn, decltype(&PQfinish)>;
 using Result = std::unique_ptr<PGresult, decltype(&PQclear)>;
@@ -195,124 +195,6 @@ TEST_F(ServerFunctions, GiveTheListedResults) {
   }
 }
 
-class Chance {
- public:
-  explicit Chance(unsigned seed) : engine_(seed) {}
-
-  std::size_t Below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(engine_); }
-
-  template <typename Choices>
-  auto Of(const Choices& choices) {
-    return choices[Below(std::size(choices))];
-  }
-
-  // Mostly alike, so that what differs is what decides.
-  std::string Text(std::size_t longest) {
-    static constexpr std::u32string_view characters =
-        U"aaáÁàÃAbBcçÇ eEéêiIoóõsSzZ  --''..,;:/+<=_~*?#[]!0129²ªßæÆŒĳÿŸñΣσςжЖ§×€—\x01\x02\x7F\xA0語\U0001F600";
-    std::string text;
-    for (std::size_t left = Below(longest + 1); left > 0; --left) text::AppendCodePoint(text, Of(characters));
-    return text;
-  }
-
-  std::string NumberText() {
-    static constexpr std::string_view pieces[] = {"1", "0", "25", "345", "999", ".", ".",
-                                                  ",", "-", "+",  "e",   "E-",  " "};
-    std::string text;
-    for (std::size_t left = Below(6); left > 0; --left) text += Of(pieces);
-    return text;
-  }
-
-  double Number() {
-    static constexpr double scales[] = {1e-8, 1e-5, 1e-4, 0.005, 0.5, 1, 1, 1000, 1e5, 1e9, 1e14, 1e17, 1e200};
-    const auto magnitude = static_cast<double>(Below(20001)) - 10000;
-    return Below(4) == 0 ? magnitude / 3 * Of(scales) : magnitude * Of(scales);
-  }
-
-  std::int32_t Whole() {
-    static constexpr std::int32_t extremes[] = {INT32_MIN, INT32_MAX, -1, 0, 255, 256, 32768};
-    return Below(5) == 0 ? Of(extremes) : static_cast<std::int32_t>(Below(16)) - 3;
-  }
-
-  Currency Amount() {
-    const auto units = static_cast<std::int64_t>(engine_());
-    static constexpr std::int64_t parts[] = {1, 3, 10'000'000, 100'000'000'000};
-    return Currency::FromTenThousandths((units << 32 | static_cast<std::int64_t>(engine_())) / Of(parts));
-  }
-
-  Date Moment() {
-    const auto near = static_cast<std::int64_t>(Below(2000)) - 1000;
-    const auto far = static_cast<std::int64_t>(Below(3'615'900)) - 657'434;
-    return Date::FromDay(Below(2) == 0 ? near : far, Below(3) == 0 ? 0 : static_cast<int>(Below(86'400)));
-  }
-
-  Variant Value(ArgumentKind kind) {
-    if (Below(60) == 0) return Null{};
-    switch (kind) {
-      case ArgumentKind::Boolean:
-        return Below(2) == 0;
-      case ArgumentKind::Long:
-        return Whole();
-      case ArgumentKind::Currency:
-        return Amount();
-      case ArgumentKind::Double:
-        return Number();
-      case ArgumentKind::Date:
-        return Moment();
-      case ArgumentKind::Text:
-        return SpecialText();
-      case ArgumentKind::Any:
-        break;
-    }
-    static constexpr ArgumentKind kinds[] = {ArgumentKind::Boolean, ArgumentKind::Long, ArgumentKind::Currency,
-                                             ArgumentKind::Double,  ArgumentKind::Date, ArgumentKind::Text};
-    return Value(Of(kinds));
-  }
-
- private:
-  // Intervals, patterns and names of formats, numbers, dates, or any text.
-  std::string SpecialText() {
-    static constexpr std::string_view special[] = {"yyyy",
-                                                   "Q",
-                                                   "m",
-                                                   "y",
-                                                   "d",
-                                                   "w",
-                                                   "ww",
-                                                   "h",
-                                                   "n",
-                                                   "s",
-                                                   "General Date",
-                                                   "Long Date",
-                                                   "Medium Time",
-                                                   "Yes/No",
-                                                   "Standard",
-                                                   "percent",
-                                                   "Scientific",
-                                                   "#,##0.00;(0.0#);\"z;\"",
-                                                   "0.###E-00",
-                                                   "##00.0E+0 x",
-                                                   "#,,",
-                                                   ".##%",
-                                                   "\"a\\\"#.0\\%",
-                                                   "dd/mm/yyyy hh:mm:ss",
-                                                   "hh:mm a/p ddddd ttttt",
-                                                   "\"d\"dddd \\m mmm-yy q w ww y",
-                                                   "c AMPM nn",
-                                                   "<",
-                                                   ">",
-                                                   "x",
-                                                   "31/12/99 7:05",
-                                                   "2008-02-29T23:59:59",
-                                                   "29/2/2007",
-                                                   "true",
-                                                   " FALSE "};
-    return Below(2) == 0 ? NumberText() : Below(4) == 0 ? Text(6) : std::string(Of(special));
-  }
-
-  std::mt19937 engine_;
-};
-
 // Functions that keep a number's type are never given a condition or a text.
 Values ValuesFor(const jet::Function& function, Chance& chance) {
   const bool keepsType = function.result == ValueType::Null;
@@ -438,6 +320,45 @@ TEST_F(ServerFunctions, MatchPatternsAsTheLibraryDoes) {
     check("tsv_comeca", jet::LikePrefix);
     ASSERT_FALSE(HasFailure());
   }
+}
+
+TEST_F(ServerFunctions, CalculateAsOperatorsDo) {
+  const auto amount = [](std::int64_t units) { return Currency::FromTenThousandths(units); };
+  const std::tuple<std::string, Values, std::string> calls[] = {
+      {"currency_multiply", {amount(15'000), amount(1)}, "Currency 0,0002"},
+      {"currency_multiply", {amount(-25'000), amount(1)}, "Currency -0,0002"},
+      {"currency_multiply", {amount(INT64_MAX), amount(10'000)}, "Currency 922337203685477,5807"},
+      {"currency_multiply", {amount(INT64_MAX), amount(10'001)}, "error 6"},
+      {"currency_multiply", {1, amount(12'345)}, "Currency 1,2345"},
+      {"media", {amount(-3), 2}, "Currency -0,0002"},
+      {"media", {amount(9'000'000'000'000'000'001), 2}, "Currency 450000000000000"},
+      {"long_from_currency", {amount(25'000)}, "Long 2"},
+      {"divide", {1.0, 4.0}, "Double 0,25"},
+      {"divide", {1.0, 0.0}, "error 11"},
+      {"divide", {1e300, 1e-300}, "error 6"},
+      {"integer_divide", {-7.5, 3.4}, "Long -2"},
+      {"integer_divide", {-2147483648.0, -1.0}, "error 6"},
+      {"modulo", {-7.5, 3.4}, "Long -2"},
+      {"modulo", {1.0, 0.4}, "error 11"},
+      {"power", {-2.0, 3.0}, "Double -8"},
+      {"power", {0.0, -1.0}, "error 11"},
+      {"power", {-1.0, 0.5}, "error 5"},
+      {"power", {10.0, 400.0}, "error 6"},
+      {"power", {0.5, 2000.0}, "Double 0"},
+  };
+  for (const auto& [name, values, expected] : calls) {
+    EXPECT_EQ(Call("tsv_" + name, values), expected) << name << "(" << Joined(values) << ")";
+  }
+}
+
+TEST_F(ServerFunctions, TakeTheOnlyRow) {
+  const auto single = [](const std::string& rows) {
+    const Result result = Ask(server_, "SELECT tesovia.tsv_single(array_agg(x)) FROM (VALUES " + rows + ") AS v (x)");
+    return Failed(result) ? ErrorOf(result) : test::Shown(ValueOf(result, 0));
+  };
+  EXPECT_EQ(single("(7)"), "Long 7");
+  EXPECT_EQ(single("(NULL::date)"), "Null");
+  EXPECT_EQ(single("(NULL), (1)"), "error 3354");
 }
 
 TEST_F(ServerFunctions, NullsBesideTexts) {

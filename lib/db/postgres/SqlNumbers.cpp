@@ -17,7 +17,8 @@ END)") + Function("tsv_currency_multiply(a numeric, b numeric)", "numeric", R"(
 DECLARE
   product CONSTANT numeric := a * b;
 BEGIN
-  RETURN tesovia.tsv_quantia(CASE WHEN scale(product) <= 4 THEN product ELSE tesovia.tsv_half_even(product, 4) END);
+  IF scale(product) <= 4 AND product BETWEEN -1e14 AND 1e14 THEN RETURN product; END IF;
+  RETURN tesovia.tsv_quantia(tesovia.tsv_half_even(product, 4));
 END)") +
          // The mean of amounts, exact where a quotient's digits might not be.
          Function("tsv_media(total numeric, count bigint)", "numeric", R"(
