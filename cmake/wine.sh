@@ -1,6 +1,7 @@
 #!/bin/sh
-# wine.sh PREFIX WINE PROGRAM [ARGUMENT...]: runs a Windows program, with that Wine, in a registry and file system of its
-# own. Its output goes through a file, because Wine's services keep the caller's pipe open longer than the program lives.
+# wine.sh PREFIX WINE PROGRAM [ARGUMENT...]: runs a Windows program, with that Wine, in a registry and file system of
+# its own. Its output goes through a file, because Wine's services keep the caller's pipe open longer than the program
+# lives.
 set -eu
 export WINEPREFIX="$1" WINEDEBUG="${WINEDEBUG:--all}" TMPDIR=/tmp
 wine=$2

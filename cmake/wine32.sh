@@ -1,7 +1,7 @@
 #!/bin/sh
-# wine32.sh FOLDER: puts a 32-bit Wine, FOLDER/wine, into a folder of its own, out of Debian's packages for i386. A second
-# architecture beside the machine's own would need both to have the same versions of everything, and apt's consent; this
-# needs no root, only the package libc6-i386.
+# wine32.sh FOLDER: puts a 32-bit Wine, FOLDER/wine, into a folder of its own, out of Debian's packages for i386. As a
+# second architecture beside the machine's own it would need both to have the same versions of everything, and apt's
+# consent; this needs no root, only the package libc6-i386.
 set -eu
 mkdir -p "$1"
 cd "$1"

@@ -1,5 +1,5 @@
-# Installs the build into a folder of its own and builds clients against it: by the CMake package, shared and static, and
-# the README's example by pkg-config. Then the README's scenario is run.
+# Installs the build into a folder of its own and builds clients against it: by the CMake package, shared and static,
+# and the README's example by pkg-config. Then the README's scenario is run.
 set(root ${BUILD}/package)
 set(installed ${root}/installed)
 file(REMOVE_RECURSE ${root})
@@ -43,5 +43,6 @@ run_and_expect(${root}/programmed "" sh -e commands.sh)
 run_and_expect(${root}/programmed "${lines}" ${root}/example)
 
 readme_block(more "## More of the command" sh)
-file(WRITE ${root}/typed/more.sh "export PATH=${commands}:$PATH TESOVIA_ARQUIVO=livro.tesovia TESOVIA_USUARIO=ana\n${more}")
+set(settings "PATH=${commands}:$PATH TESOVIA_ARQUIVO=livro.tesovia TESOVIA_USUARIO=ana")
+file(WRITE ${root}/typed/more.sh "export ${settings}\n${more}")
 run_and_expect(${root}/typed "" sh -e more.sh)

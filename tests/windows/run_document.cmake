@@ -1,5 +1,5 @@
-# Runs the script of DOCUMENT, README.md or another, as it stands, in FOLDER on a new ledger of the tests' company. It must
-# print the README's lines, or what matches PRINTS.
+# Runs the script of DOCUMENT, README.md or another, as it stands, in FOLDER on a new ledger of the tests' company. It
+# must print the README's lines, or what matches PRINTS.
 include(${CMAKE_CURRENT_LIST_DIR}/../readme.cmake)
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${FOLDER})
