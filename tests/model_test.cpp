@@ -67,10 +67,24 @@ class Clock : public RecordingHost {
   Date Now() override { return now; }
 };
 
+// What was done how often, and all that the library answered to it.
+struct Course {
+  std::map<std::string, int> done;
+  std::vector<std::string> answers;
+};
+
+Model::Row RowOf(const CLancamento& e) {
+  return Model::RowOf(e.Id(), e.DataId(), e.CodConta(), e.CodRecDesp(), e.CodCentroCusto(), e.IdParceiroComl(),
+                      e.Documento(), e.Valor(), e.ValorPago(), ToDate(e.Data()), ToDate(e.DataReferencia()),
+                      ToDate(e.DataVencimento()), e.Historico(), e.Realizado(), e.Estorno(), e.Estornado(),
+                      e.Transferencia(), e.SaldoConta(), e.SaldoRecDesp(), e.SaldoGlobal(), e.SaldoCentroCusto(),
+                      e.SaldoParceiroComl(), e.IdUsuario(), e.IdConcorrencia());
+}
+
 // One company: the library's and the model's.
 class Walk {
  public:
-  Walk(Random& random, std::map<std::string, int>& done) : random_(random), done_(done) {
+  Walk(Random& random, Course& course) : random_(random), course_(course) {
     company_.Execute(
         "INSERT INTO Usuarios (Id,IdLogin,Senha,Inativo,DesUsuario) VALUES (9,'bia','segredo',False,'BIA')");
     CurrentSession().host = clock_;
@@ -277,13 +291,18 @@ class Walk {
     clock_->events.clear();
     Returned returned;
     const Erro erro = ErrorOf([&] { returned = act(); });
+    std::string& answer = course_.answers.emplace_back(Told(kind, what, "->", erro));
+    for (const std::string& event : clock_->events) answer += event + ' ';
+    for (const auto& entry : returned) {
+      for (const Variant& value : RowOf(*entry)) answer += Shown(value) + ' ';
+    }
     ASSERT_EQ(erro.Numero(), expected.number) << erro << "\nexpected: " << expected.description;
     if (expected.number < 0) {
       ASSERT_EQ(erro.Descricao(), expected.description);
     }
     const auto isBox = [](const std::string& event) { return event.starts_with("box "); };
     ASSERT_EQ(std::ranges::count_if(clock_->events, isBox), expected.box ? 1 : 0);
-    ++done_[kind + (expected.number == 0 ? "" : " refused")];
+    ++course_.done[kind + (expected.number == 0 ? "" : " refused")];
 
     ASSERT_EQ(returned.size(), expected.returned.size());
     std::vector<Model::Row> rows;
@@ -312,11 +331,7 @@ class Walk {
   }
 
   static void ExpectReturned(const CLancamento& e, const Model::Row& expected) {
-    const Model::Row actual = Model::RowOf(
-        e.Id(), e.DataId(), e.CodConta(), e.CodRecDesp(), e.CodCentroCusto(), e.IdParceiroComl(), e.Documento(),
-        e.Valor(), e.ValorPago(), ToDate(e.Data()), ToDate(e.DataReferencia()), ToDate(e.DataVencimento()),
-        e.Historico(), e.Realizado(), e.Estorno(), e.Estornado(), e.Transferencia(), e.SaldoConta(), e.SaldoRecDesp(),
-        e.SaldoGlobal(), e.SaldoCentroCusto(), e.SaldoParceiroComl(), e.IdUsuario(), e.IdConcorrencia());
+    const Model::Row actual = RowOf(e);
     for (std::size_t i = 0; i < actual.size(); ++i) {
       const bool isNone = actual[i] == Variant("") || actual[i] == Variant(0) || actual[i] == Variant(Currency());
       if (actual[i] == expected[i] || (IsNull(expected[i]) && isNone)) continue;
@@ -335,7 +350,7 @@ class Walk {
   }
 
   Random& random_;
-  std::map<std::string, int>& done_;
+  Course& course_;
   Company company_;
   std::shared_ptr<db::Database> others_ = company_.Open();  // what others see, and do
   const std::string entriesInOrder_ = "SELECT " + Model::kEntryColumns + " FROM Lancamentos ORDER BY DataId";
@@ -349,32 +364,43 @@ class Walk {
   int steps_ = 0;
 };
 
-TEST(Model, RandomOperationsKeepTheLedgerTrue) {
-  const std::uint64_t seed = NumberFrom("TSV_SEED", std::random_device()());
-  const std::uint64_t operations = NumberFrom("TSV_OPERATIONS", 2000);
-  std::ostringstream again;
-  again << "TSV_SEED=" << seed << " TSV_OPERATIONS=" << operations;
-  std::printf("%s repeats this run\n", again.str().c_str());
-  std::fflush(stdout);  // should the run end badly
+Course WalkFor(std::uint64_t operations, std::uint64_t seed) {
   Random random(seed);
-  std::map<std::string, int> done;
+  Course course;
   std::unique_ptr<Walk> walk;
-  for (std::uint64_t i = 1; i <= operations && !HasFailure(); ++i) {
-    SCOPED_TRACE(again.str() + ", operation " + std::to_string(i));
+  for (std::uint64_t i = 1; i <= operations && !testing::Test::HasFailure(); ++i) {
+    SCOPED_TRACE("TSV_SEED=" + std::to_string(seed) + ", operation " + std::to_string(i));
     if (!walk || walk->IsFull()) {
       if (walk) walk->Finish();
       walk.reset();
-      walk = std::make_unique<Walk>(random, done);
+      walk = std::make_unique<Walk>(random, course);
     }
     walk->Step();
   }
+  if (!testing::Test::HasFailure()) walk->Finish();
+  return course;
+}
+
+TEST(Model, RandomOperationsKeepTheLedgerTrue) {
+  const std::uint64_t seed = NumberFrom("TSV_SEED", std::random_device()());
+  const std::uint64_t operations = NumberFrom("TSV_OPERATIONS", 2000);
+  std::printf("TSV_SEED=%s TSV_OPERATIONS=%s repeats this run\n", std::to_string(seed).c_str(),
+              std::to_string(operations).c_str());
+  std::fflush(stdout);  // should the run end badly
+  Course course = WalkFor(operations, seed);
   if (HasFailure()) return;
-  walk->Finish();
+  if (LedgerPlace::OnServer()) {  // a file is led through the same, and must have given the same answers
+    LedgerPlace::UseServer({});
+    const Course inFile = WalkFor(operations, seed);
+    ASSERT_EQ(course.answers.size(), inFile.answers.size());
+    for (std::size_t i = 0; i < inFile.answers.size(); ++i) ASSERT_EQ(course.answers[i], inFile.answers[i]);
+    std::printf("%zu answers are the same on the server and in a file\n", inFile.answers.size());
+  }
   if (operations < 2000) return;  // too few for all of them
   for (const char* kind :
        {"post", "transfer", "delete", "reverse", "settle 1", "settle 2", "settle 3", "settle 1 leg", "settle 3 leg"}) {
-    EXPECT_GT(done[kind], 0) << kind;
-    EXPECT_GT(done[std::string(kind) + " refused"], 0) << kind;
+    EXPECT_GT(course.done[kind], 0) << kind;
+    EXPECT_GT(course.done[std::string(kind) + " refused"], 0) << kind;
   }
 }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 #ifdef TSV_LIBPQ
 #include <libpq-fe.h>
 #endif
@@ -14,9 +15,12 @@
 namespace tsv::test {
 namespace {
 
-std::string Server() {
-  const char* address = std::getenv("TSV_SERVIDOR");
-  return address ? address : "";
+std::string& Server() {
+  static std::string address = [] {
+    const char* given = std::getenv("TSV_SERVIDOR");
+    return std::string(given ? given : "");
+  }();
+  return address;
 }
 
 #ifdef TSV_LIBPQ
@@ -72,6 +76,8 @@ END $$)sql";
 }  // namespace
 
 bool LedgerPlace::OnServer() { return !Server().empty(); }
+
+void LedgerPlace::UseServer(std::string address) { Server() = std::move(address); }
 
 LedgerPlace::LedgerPlace() : path_(folder_.Path("ledger.tsv")) {
   if (!OnServer()) return;

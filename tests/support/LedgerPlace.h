@@ -16,6 +16,7 @@ class LedgerPlace {
   LedgerPlace& operator=(const LedgerPlace&) = delete;
 
   static bool OnServer();
+  static void UseServer(std::string address);  // for the places made from now on; none: files
 
   const std::string& Path() const { return path_; }
 
