@@ -173,6 +173,11 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
     CDaoTrans transaction;
     transaction.BegTrans();
 
+    const Statement claim = Reivindicacao(lugar.Serial);
+    const Statement insert = EntryInsert(literals);
+    const Statement journal = JournalInsert(literals);
+    const Statement shift = Deslocamento(classificacao, Valor, lugar.DataId, kShift);
+    Anunciar({&claim, &insert, &journal, &shift});
     ReivindicarSerial(lugar.Serial, TS_ERRO_LANCAMENTO);
 
     // The box has told the user why; the error without a text keeps the client from telling it again.
@@ -182,10 +187,10 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
       MsgBox(std::string(reason).append("\n").append(kLikelyCause));
       throw Erro(TS_ERRO_LOGIN);
     };
-    if (EntryInsert(literals).Execute() == 0) explainAndFail(kEntryNotInserted);
-    if (JournalInsert(literals).Execute() == 0) explainAndFail(kJournalNotInserted);
+    if (insert.Execute() == 0) explainAndFail(kEntryNotInserted);
+    if (journal.Execute() == 0) explainAndFail(kJournalNotInserted);
 
-    DeslocarSaldos(classificacao, Valor, lugar.DataId, kShift);
+    shift.Execute();
 
     const std::string_view codCCusto =
         classificacao.CodCentroCusto.empty() ? db::kNoCostCentreToVerify : classificacao.CodCentroCusto;

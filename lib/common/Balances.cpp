@@ -48,12 +48,16 @@ LugarNovo LerLugar(const Classificacao& classificacao, Date data, Currency valor
   return result;
 }
 
-void ReivindicarSerial(std::int32_t serial, TS_ERROS numero) {
+Statement Reivindicacao(std::int32_t serial) {
   Statement claim;
   claim << "UPDATE Serial Set Serial = Serial + 1 where Serial = " << NumberLiteral(serial);
-  claim.ExecuteOrRefuse(numero,
-                        "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. "
-                        "Tente novamente.");
+  return claim;
+}
+
+void ReivindicarSerial(std::int32_t serial, TS_ERROS numero) {
+  Reivindicacao(serial).ExecuteOrRefuse(
+      numero,
+      "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. Tente novamente.");
 }
 
 std::string MontarDataId(Date data, std::int32_t id) { return db::EntryKey(data, id); }
@@ -68,8 +72,8 @@ Date DiaDe(std::string_view dataId) {
   return Date::FromCivil(part(0, 4), part(4, 2), part(6, 2));
 }
 
-void DeslocarSaldos(const Classificacao& classificacao, Currency valor, std::string_view dataId,
-                    const TextoDoDeslocamento& texto) {
+Statement Deslocamento(const Classificacao& classificacao, Currency valor, std::string_view dataId,
+                       const TextoDoDeslocamento& texto) {
   const Literal amount = AmountLiteral(valor);
   const Literal centre = TextOrNull(classificacao.CodCentroCusto);
   const Literal partner = NumberOrNull(classificacao.IdParceiroComl);
@@ -79,7 +83,12 @@ void DeslocarSaldos(const Classificacao& classificacao, Currency valor, std::str
   if (!centre.IsNull()) shift << texto.CentroCusto << centre << " LIKE CodCentroCusto & '*') * " << amount;
   if (!partner.IsNull()) shift << texto.Parceiro << partner << texto.TesteParceiro << amount;
   shift << texto.Global << amount << texto.Onde << TextLiteral(dataId);
-  shift.Execute();
+  return shift;
+}
+
+void DeslocarSaldos(const Classificacao& classificacao, Currency valor, std::string_view dataId,
+                    const TextoDoDeslocamento& texto) {
+  Deslocamento(classificacao, valor, dataId, texto).Execute();
 }
 
 Saldos LerSaldosAte(std::int32_t idParceiro, std::string_view codCCusto, std::string_view codConta,

@@ -47,6 +47,7 @@ LugarNovo LerLugar(const Classificacao& classificacao, Date data, Currency valor
 // Takes the serial's successor for this writer. Another writer who took it since it was read: the error, with the
 // message that tells the user to try again.
 void ReivindicarSerial(std::int32_t serial, TS_ERROS numero);
+Statement Reivindicacao(std::int32_t serial);  // what it executes
 
 // The ordering key: yyyymmdd and the id in nine digits, so that entries of one day stand as they were posted. Compared
 // as text.
@@ -69,6 +70,8 @@ struct TextoDoDeslocamento {
 // Adds the amount to the balances of all entries after the key that hold it.
 void DeslocarSaldos(const Classificacao& classificacao, Currency valor, std::string_view dataId,
                     const TextoDoDeslocamento& texto);
+Statement Deslocamento(const Classificacao& classificacao, Currency valor, std::string_view dataId,
+                       const TextoDoDeslocamento& texto);  // what it executes
 
 // The balances at novoDataId, without the entry at antigoDataId unless both keys are one. " " is no key; a cost centre
 // that no entry has ("@@@", "$@#") and partner 0 stand for none.

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "common/Errors.h"
 #include "types/Currency.h"
@@ -83,5 +84,8 @@ class Statement {
 
   std::string text_;
 };
+
+// Tells the session's database that these will be executed next (see Database::Announce).
+void Anunciar(const std::vector<const Statement*>& next);
 
 }  // namespace tsv::Module1

@@ -93,6 +93,11 @@ std::int32_t CompilingDatabase::RecordsAffected() const {
   return affected_;
 }
 
+// An observer may step in before any statement, so it sees them go one by one.
+void CompilingDatabase::Announce(const std::vector<std::string_view>& next) {
+  if (level_ > 0 && !lost_ && !observer_) SendAhead(next);
+}
+
 std::shared_ptr<QueryDef> CompilingDatabase::QueryDefs(std::string_view name) {
   RequireOpen();
   const StoredQuery* query = FindStoredQuery(name);

@@ -18,6 +18,7 @@ class Dialect {
 
   virtual std::string Parameter(std::size_t place) const = 0;  // from 1
   virtual std::string Name(std::string_view name) const = 0;   // quoted
+  virtual std::string NullOf(ValueType /*type*/) const { return "NULL"; }
   virtual std::string TableName(std::string_view name) const { return Name(name); }
 
   // A value of one type as another; Boolean becomes -1 or 0, a number becomes a condition by being other than zero.

@@ -133,8 +133,8 @@ void ExpressionBinder::BindName(Expression& e, const Scope& scope) const {
 
 void ExpressionBinder::Coerce(ExpressionPtr& expression, ValueType type) const {
   Expression& e = *expression;
-  if (e.type == type || e.kind == Kind::Null) return;
-  if (IsUntypedParameter(e)) {
+  if (e.type == type) return;
+  if (IsUntypedParameter(e) || e.kind == Kind::Null) {
     e.type = type;
     return;
   }

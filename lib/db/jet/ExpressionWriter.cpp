@@ -28,7 +28,7 @@ std::string ExpressionWriter::Write(const Expression& e) {
     case Kind::Parameter:
       return Place({e.type == ValueType::Null ? ValueType::Text : e.type, std::nullopt, e.name});
     case Kind::Null:
-      return "NULL";
+      return dialect_.NullOf(e.type);
     case Kind::Boolean:
       return e.flag ? "TRUE" : "FALSE";
     case Kind::Name:

@@ -38,9 +38,10 @@ std::string ToDays(const std::string& value, ValueType from) {
       return As(MinusOne(value), "float8");
     case ValueType::Byte:
     case ValueType::Long:
+      return As(value, "float8");
     case ValueType::Decimal:
     case ValueType::Currency:
-      return As(value, "float8");
+      return Ours("tsv_double_de_quantia", value);
     case ValueType::Date:
       return Ours("tsv_date_to_days", value);
     case ValueType::Text:
@@ -92,6 +93,28 @@ std::string PostgresDialect::Name(std::string_view name) const {
     quoted += c;
   }
   return quoted + "\"";
+}
+
+// One without a type would be taken for a text where nothing beside it tells better.
+std::string PostgresDialect::NullOf(ValueType type) const {
+  switch (type) {
+    case ValueType::Boolean:
+      return "NULL::boolean";
+    case ValueType::Byte:
+    case ValueType::Long:
+      return "NULL::integer";
+    case ValueType::Decimal:
+    case ValueType::Currency:
+      return "NULL::numeric";
+    case ValueType::Double:
+      return "NULL::float8";
+    case ValueType::Date:
+      return "NULL::timestamp";
+    case ValueType::Null:
+    case ValueType::Text:
+      break;
+  }
+  return "NULL";
 }
 
 std::string PostgresDialect::TableName(std::string_view name) const { return "tesovia." + Name(name); }
@@ -176,7 +199,7 @@ std::string PostgresDialect::Call(const jet::Function& function, std::span<const
 }
 
 std::string PostgresDialect::Aggregate(std::string_view name, ValueType type, const std::string& value) const {
-  if (SameWord(name, "AVG") && IsAmount(type)) return Ours("tsv_half_even", "avg(" + value + ")", "4");
+  if (SameWord(name, "AVG") && IsAmount(type)) return Ours("tsv_media", "sum(" + value + ")", "count(" + value + ")");
   if (SameWord(name, "FIRST")) return FirstOf(value);
   if (SameWord(name, "LAST")) return "(array_agg(" + value + "))[count(*)]";
   if (SameWord(name, "SINGLE")) return Ours("tsv_single", "array_agg(" + value + ")");

@@ -11,6 +11,7 @@ class PostgresDialect final : public jet::Dialect {
  public:
   std::string Parameter(std::size_t place) const override;
   std::string Name(std::string_view name) const override;  // one that the server would cut short raises 3251
+  std::string NullOf(ValueType type) const override;
   std::string TableName(std::string_view name) const override;
   std::string Convert(const std::string& value, ValueType from, ValueType to) const override;
   std::string Arithmetic(std::string_view op, ValueType type, const std::string& a,

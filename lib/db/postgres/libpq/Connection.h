@@ -4,9 +4,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "types/Erro.h"
@@ -72,6 +74,13 @@ class Connection {
   std::string Text(const std::string& sql, const std::vector<std::string>& texts = {});  // empty: no row, or Null
 
   Result Run(Prepared& statement, const Values& values);
+
+  // Sends statements together. Answer gives their results one by one, in their order; when one has failed, those after
+  // it were not run and their answers are gone. While there are answers to come, nothing else may run.
+  void SendTogether(std::vector<std::pair<Prepared*, Values>> statements);
+  Result Answer();
+  void DropAnswers() noexcept;
+  bool HasAnswers() const noexcept { return !awaited_.empty(); }
   void Forget(Prepared& statement);  // frees it on the server when that is convenient
 
   // The same, but its rows are fetched one by one: until Next has returned none, nothing else may run.
@@ -96,7 +105,7 @@ class Connection {
   void Greet();
   void Revive();
   void Prepare(Prepared& statement);
-  int Send(Prepared& statement, const Values& values);
+  int Send(const Prepared& statement, const Values& values);
   Result Checked(PGresult* result, std::string_view sql);
   [[noreturn]] void RaiseLost(std::string_view outcome);
   void FreeForgotten();
@@ -111,6 +120,10 @@ class Connection {
   std::vector<std::string> forgotten_;
   std::string transaction_;  // the server's number of the open one
   std::string streaming_;    // the text of the statement whose rows are being fetched
+  std::deque<const Prepared*> awaited_;
+  Prepared begin_{"BEGIN ISOLATION LEVEL READ COMMITTED", {}, {}, 0};
+  Prepared takeTurn_;
+  Prepared commit_{"COMMIT", {}, {}, 0};
 };
 
 }  // namespace tsv::db::postgres

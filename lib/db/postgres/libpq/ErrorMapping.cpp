@@ -74,7 +74,7 @@ Erro ErrorOf(const PGresult* result, std::string_view sql, std::string_view plac
   if (state.starts_with("T0") || state.starts_with("T3")) {
     std::int32_t number = 0;
     std::from_chars(state.data() + 1, state.data() + state.size(), number);
-    return Numbered(number, Part(result, PG_DIAG_MESSAGE_PRIMARY));
+    return Numbered(number, {});  // our functions name no subject
   }
   if (state == "23505") return Engine(EngineError::DuplicateKey, constraint);
   if (state == "23503") return ForeignKeyError(result, sql);

@@ -92,7 +92,31 @@ ServerDatabase::~ServerDatabase() {
   if (ServerDatabase::IsOpen()) Close();
 }
 
+void ServerDatabase::RequireNothingAnnounced() const {
+  if (!announced_.empty()) tsv::Raise(RuntimeError::Internal);
+}
+
+// What cannot be sent now fails when it is executed.
+void ServerDatabase::SendAhead(const std::vector<std::string_view>& next) {
+  RequireNothingAnnounced();
+  LetGoOfStreams();
+  try {
+    std::vector<std::pair<Prepared*, Values>> statements;
+    for (const std::string_view sql : next) {
+      const std::shared_ptr<Template> source = Compile(sql);
+      RequireExecutable(source->compiled);
+      if (source->compiled.kind == jet::StatementKind::CreateTable) return announced_.clear();
+      statements.emplace_back(&source->prepared, Bound(source->compiled, nullptr));
+      announced_.emplace_back(sql, source);
+    }
+    connection_->SendTogether(std::move(statements));
+  } catch (const Erro&) {
+    announced_.clear();
+  }
+}
+
 std::shared_ptr<Recordset> ServerDatabase::Select(const StoredQuery& query, const Parameters& parameters) {
+  RequireNothingAnnounced();
   auto known = std::find_if(storedQueries_.begin(), storedQueries_.end(),
                             [&](const auto& stored) { return stored.first == query.kind; });
   if (known == storedQueries_.end()) known = storedQueries_.insert(known, {query.kind, Call(query)});
@@ -104,6 +128,7 @@ std::shared_ptr<Recordset> ServerDatabase::Select(const StoredQuery& query, cons
 
 std::shared_ptr<Recordset> ServerDatabase::Select(std::string_view sql, RecordsetTypeEnum type,
                                                   const Parameters* parameters) {
+  RequireNothingAnnounced();
   LetGoOfStreams();
   const std::shared_ptr<Template> source = Compile(sql);
   RequireSelect(source->compiled, parameters);
@@ -118,6 +143,17 @@ void ServerDatabase::RequireWritable() const {
 }
 
 std::int32_t ServerDatabase::Change(std::string_view sql) {
+  if (!announced_.empty() && announced_.front().first == sql) {
+    const std::shared_ptr<Template> source = std::move(announced_.front().second);
+    announced_.pop_front();
+    try {
+      return connection_->Answer().Affected();
+    } catch (...) {
+      announced_.clear();
+      throw;
+    }
+  }
+  RequireNothingAnnounced();
   LetGoOfStreams();
   const std::shared_ptr<Template> source = Compile(sql);
   RequireExecutable(source->compiled);
@@ -179,11 +215,13 @@ std::vector<std::string> ServerDatabase::ParametersOf(std::string_view sql) {
 }
 
 void ServerDatabase::CloseEngine() {
+  announced_.clear();
   cache_.Clear();
   connection_.reset();
 }
 
 void ServerDatabase::BeginOn(int level) {
+  RequireNothingAnnounced();
   RequireWritable();
   if (level == 0) {
     connection_->Begin();
@@ -193,6 +231,7 @@ void ServerDatabase::BeginOn(int level) {
 }
 
 void ServerDatabase::CommitTo(int level) {
+  RequireNothingAnnounced();
   if (level == 0) {
     connection_->Commit();
   } else {
@@ -200,6 +239,10 @@ void ServerDatabase::CommitTo(int level) {
   }
 }
 
-void ServerDatabase::UndoTo(int level) { connection_->Undo(level == 0); }
+void ServerDatabase::UndoTo(int level) {
+  connection_->DropAnswers();
+  announced_.clear();
+  connection_->Undo(level == 0);
+}
 
 }  // namespace tsv::db::postgres

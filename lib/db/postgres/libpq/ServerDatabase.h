@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -27,6 +28,7 @@ class ServerDatabase final : public jet::CompilingDatabase {
                                     const Parameters* parameters) override;
   std::shared_ptr<Recordset> Select(const StoredQuery& query, const Parameters& parameters) override;
   std::int32_t Change(std::string_view sql) override;
+  void SendAhead(const std::vector<std::string_view>& next) override;
   std::vector<std::string> ParametersOf(std::string_view sql) override;
   void CloseEngine() override;
   void BeginOn(int level) override;
@@ -39,6 +41,8 @@ class ServerDatabase final : public jet::CompilingDatabase {
   const Catalog& CurrentCatalog();
   Values Bound(const jet::Compiled& compiled, const Parameters* parameters) const;
   void RequireWritable() const;
+  // Raises 51 while announced statements were not executed: the transaction holds what its caller did not ask for.
+  void RequireNothingAnnounced() const;
 
   std::shared_ptr<Connection> connection_;
   bool readOnly_;
@@ -46,6 +50,7 @@ class ServerDatabase final : public jet::CompilingDatabase {
   std::string catalogVersion_;
   jet::TemplateCache<Template> cache_;
   std::vector<std::pair<StoredQuery::Kind, Prepared>> storedQueries_;
+  std::deque<std::pair<std::string, std::shared_ptr<Template>>> announced_;  // and sent
 };
 
 }  // namespace tsv::db::postgres
