@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <random>
 #include <sstream>
 
+#include "support/Environment.h"
 #include "support/Ledger.h"
 #include "support/Model.h"
 #include "types/Conversions.h"
@@ -20,11 +20,6 @@ constexpr std::size_t kUsualSize = 50;     // beyond it, entries are deleted mor
 constexpr std::size_t kLargestSize = 100;  // reversed entries stay for good: then a new company begins
 
 using Returned = std::vector<std::shared_ptr<CLancamento>>;
-
-std::uint64_t NumberFrom(const char* variable, std::uint64_t otherwise) {
-  const char* given = std::getenv(variable);
-  return given ? std::strtoull(given, nullptr, 10) : otherwise;
-}
 
 std::string Shown(const Variant& value) {
   return IsNull(value) ? "Null" : IsEmpty(value) ? "Empty" : "'" + ToText(value) + "'";
@@ -312,6 +307,7 @@ class Walk {
     for (const Model::Entry& entry : model_.state.entries) rows.push_back(Model::Columns(entry));
     ExpectRows(*others_->OpenRecordset(entriesInOrder_, db::dbOpenForwardOnly), rows);
     newInJournal_->Parameters(0).Value = model_.now;
+    std::ranges::sort(model_.journal, {}, [](const Model::Row& row) { return ToLong(row[0]); });
     ExpectRows(*newInJournal_->OpenRecordset(), model_.journal);
     journalled_ += model_.journal.size();
     ASSERT_EQ(static_cast<std::size_t>(Count(*others_, "HistoricosDeLancamentos")), journalled_);
@@ -355,7 +351,7 @@ class Walk {
   std::shared_ptr<db::Database> others_ = company_.Open();  // what others see, and do
   const std::string entriesInOrder_ = "SELECT " + Model::kEntryColumns + " FROM Lancamentos ORDER BY DataId";
   std::shared_ptr<db::QueryDef> newInJournal_ = others_->CreateQueryDef(
-      "SELECT " + Model::kJournalColumns + " FROM HistoricosDeLancamentos WHERE DataHora >= [desde]");
+      "SELECT " + Model::kJournalColumns + " FROM HistoricosDeLancamentos WHERE DataHora >= [desde] ORDER BY Id");
   std::shared_ptr<Clock> clock_ = std::make_shared<Clock>();
   Tesovia tesovia_;
   Model model_;
