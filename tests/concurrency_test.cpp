@@ -1,10 +1,24 @@
 #include <gtest/gtest.h>
 
-#include <future>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
 #include <map>
 #include <random>
+#include <sstream>
+#include <thread>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "common/Journal.h"
+#include "db/EngineError.h"
+#include "support/Environment.h"
 #include "support/Operations.h"
 #include "types/Conversions.h"
 
@@ -13,8 +27,26 @@ using namespace tsv::test;
 
 namespace {
 
-constexpr int kUsers = 4;
-constexpr int kChanges = 60;  // by each
+constexpr unsigned kThreads = 4;
+constexpr unsigned kProcesses = 8;
+constexpr std::int32_t kNewest = 40;  // among so many entries users choose, so that they meet
+
+// What users did and met, as lines with how often: "row ACTION ENTRY" and "rows ACTION" that the journal must have,
+// "doubtful ACTION" for rows that it may have, "done ...", "refused ...", "lost ..." and "wrong ...".
+using Counts = std::map<std::string, int>;
+
+void Tell(const Counts& counts, std::ostream& out) {
+  for (const auto& [line, count] : counts) out << count << ' ' << line << '\n';
+}
+
+void Hear(std::istream& in, Counts& counts) {
+  int count = 0;
+  for (std::string line; in >> count && std::getline(in >> std::ws, line);) counts[line] += count;
+}
+
+std::string Line(const char* kind, std::int32_t action, std::int32_t id = 0) {
+  return std::string(kind) + " " + std::to_string(action) + (id == 0 ? "" : " " + std::to_string(id));
+}
 
 // One of the changes that a user makes to what he sees, and what the journal shall tell of it.
 struct Attempt {
@@ -30,37 +62,62 @@ class User {
     ledger_.InicializarTS(company.Path(), "ana", "segredo");
   }
 
-  // The rows that the journal must have of what he did, by action. What is refused he leaves for something else.
-  std::map<std::int32_t, int> Work() {
-    std::map<std::int32_t, int> written;
-    for (int changes = 0; changes < kChanges;) {
-      const Attempt attempt = AnyAttempt();
-      const Erro erro = ErrorOf([&] { attempt.operation.run(ledger_, attempt.version); });
-      if (erro.Numero() == 0) {
-        written[attempt.action] += attempt.rows;
-        ++changes;
-      } else if (erro.Numero() < TS_ERRO_LOGIN || erro.Numero() > TS_ERRO_ESTORNO) {
-        ADD_FAILURE() << erro;
-        break;
+  // What is refused he leaves for something else. When the connection is lost he goes on with what he has.
+  Counts Work(const std::function<bool()>& isOver) {
+    Counts counts;
+    for (bool lost = false; !isOver();) {
+      Attempt attempt;
+      Ids told;
+      const Erro erro = ErrorOf([&] {
+        attempt = AnyAttempt();
+        told = attempt.operation.run(ledger_, attempt.version);
+      });
+      if (erro.Numero() != 0) {
+        Count(erro, attempt, counts);
+        if (!IsLost(erro)) continue;
+        lost = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        continue;
       }
+      if (std::exchange(lost, false)) ++counts["done after a lost connection"];
+      ++counts["done " + attempt.operation.name];
+      counts[Line("rows", attempt.action)] += attempt.rows;
+      if (attempt.operation.id != 0) told.push_back(attempt.operation.id);
+      for (const std::int32_t id : told) ++counts[Line("row", attempt.action, id)];
     }
-    return written;
+    return counts;
   }
 
  private:
-  int Below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
+  static bool IsLost(const Erro& erro) {
+    return erro.Numero() == static_cast<std::int32_t>(db::EngineError::ConnectionLost) ||
+           erro.Numero() == static_cast<std::int32_t>(db::EngineError::ConnectionFailed);
+  }
+
+  static void Count(const Erro& erro, const Attempt& attempt, Counts& counts) {
+    const char* kind = IsRefusal(erro) ? "refused " : IsLost(erro) ? "lost " : "wrong ";
+    std::string text = kind + std::to_string(erro.Numero()) + " " + erro.Descricao();
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    ++counts[text];
+    if (text.find("Não se sabe") != std::string::npos) counts[Line("doubtful", attempt.action)] += attempt.rows;
+  }
+
+  std::int32_t Below(std::int32_t limit) {
+    return static_cast<std::int32_t>(random_() % static_cast<std::uint32_t>(limit));
+  }
 
   Attempt AnyAttempt() {
     const int choice = Below(10);
     if (choice < 3) return {Posted("posting", 1 + Below(28))};
     if (choice < 4) return {Transferred("transfer"), 0, Module1::kInclusao, 2};
-    const auto rows = ledger_.AbrirRecordsetTS("Select * From Lancamentos Where Estornado = False And Estorno = False",
-                                               db::dbOpenSnapshot);
+    const auto serial = ledger_.AbrirRecordsetTS("Select Serial From Serial", db::dbOpenSnapshot);
+    const std::int32_t first = ToLong(serial->Fields("Serial").Value()) - Below(kNewest);
+    const char* state = choice < 5 ? "" : choice < 7 ? "Realizado <> 'N' And " : "Realizado = '?' And ";
+    const auto rows =
+        ledger_.AbrirRecordsetTS("Select Top 1 * From Lancamentos Where Estornado = False And Estorno = False And " +
+                                     std::string(state) + "Id >= " + std::to_string(first) + " Order By Id",
+                                 db::dbOpenSnapshot);
     if (rows->EndOfFile()) return {Posted("posting", 1)};
-    rows->MoveLast();
-    const int place = Below(rows->RecordCount());
-    rows->MoveFirst();
-    for (int i = 0; i < place; ++i) rows->MoveNext();
     CLancamento entry;
     entry.CarregarDeRegistro(*rows);
 
@@ -75,11 +132,12 @@ class User {
     const Date otherDay = Day(2008, 7, 1 + Below(28));
     switch (Below(3)) {
       case 0:
-        return {Settled("settlement", id, BAIXA_NAO_REALIZADO, cents, date), version,
+        return {Settled("settlement as not realised", id, BAIXA_NAO_REALIZADO, cents, date), version,
                 isLeg ? Module1::kBaixaTotal : Module1::kBaixaNaoRealizado, legs};
       case 1:
         if (!isLeg)
-          return {Settled("settlement", id, BAIXA_PARCIAL, cents / 2, otherDay), version, Module1::kBaixaParcial};
+          return {Settled("partial settlement", id, BAIXA_PARCIAL, cents / 2, otherDay), version,
+                  Module1::kBaixaParcial};
         [[fallthrough]];
       default:
         return {Settled("settlement", id, BAIXA_TOTAL, cents, isLeg ? date : otherDay), version, Module1::kBaixaTotal,
@@ -91,24 +149,147 @@ class User {
   std::mt19937 random_;
 };
 
+// The users' work in a process each, until what this one does meanwhile is over.
+Counts WorkOfProcesses(const Company& company, const std::function<void()>& meanwhile) {
+  const TemporaryFolder folder;
+  const std::string over = folder.Path("over");
+  std::map<pid_t, std::string> users;
+  for (unsigned seed = 1; seed <= kProcesses; ++seed) {
+    const std::string report = folder.Path(std::to_string(seed));
+    const pid_t user = fork();
+    if (user == 0) {
+      bool told = false;
+      const Erro erro = ErrorOf([&] {
+        std::ofstream out(report);
+        Tell(User(company, seed).Work([&] { return std::filesystem::exists(over); }), out);
+        told = !out.flush().fail();
+      });
+      if (!told) std::cerr << erro << std::endl;
+      _exit(told ? 0 : 1);
+    }
+    users[user] = report;
+  }
+  meanwhile();
+  std::ofstream(over).flush();
+  Counts counts;
+  for (const auto& [user, report] : users) {
+    int status = 0;
+    waitpid(user, &status, 0);
+    EXPECT_EQ(status, 0) << "of a user's process";
+    std::ifstream in(report);
+    Hear(in, counts);
+  }
+  return counts;
+}
+
+// Every success is there once with its rows, nothing else is, and no user met an error that he need not expect.
+void ExpectInLedger(const Company& company, Counts& told, int before) {
+  const auto begin = std::chrono::steady_clock::now();
+  const std::size_t entries = ExpectSound(company);
+  told[Line("rows", Module1::kInclusao)] += before;
+  Counts found;
+  const auto database = company.Open();
+  const auto rows = database->OpenRecordset("Select IdAcao, Id From HistoricosDeLancamentos", db::dbOpenForwardOnly);
+  for (; !rows->EndOfFile(); rows->MoveNext()) {
+    const std::int32_t action = ToLong(rows->Fields("IdAcao").Value());
+    ++found[Line("rows", action)];
+    ++found[Line("row", action, ToLong(rows->Fields("Id").Value()))];
+  }
+  for (const auto& [line, count] : told) {
+    if (line.starts_with("row ")) {
+      EXPECT_EQ(found[line], count) << line;
+      continue;
+    }
+    std::printf("%8d %s\n", count, line.c_str());
+    EXPECT_FALSE(line.starts_with("wrong ")) << line;
+  }
+  for (const auto& [line, count] : found) {
+    if (!line.starts_with("rows ")) continue;
+    EXPECT_GE(count, told[line]) << line;
+    EXPECT_LE(count, told[line] + told["doubtful" + line.substr(4)]) << line;
+  }
+  for (const char* kind : {"posting", "transfer", "deletion", "reversal", "settlement", "partial settlement"})
+    EXPECT_GT(told[std::string("done ") + kind], 0) << kind;
+  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+  std::printf("%8zu entries are sound, which took %.1f s to tell\n", entries, taken.count());
+}
+
 TEST(Concurrency, ManyUsersWorkAtOnce) {
   const BusyLedger ledger;
-  std::map<std::int32_t, int> written = {{Module1::kInclusao, StoredSerial(*ledger.Open())}};
-  std::vector<std::future<std::map<std::int32_t, int>>> users;
-  for (unsigned seed = 1; seed <= kUsers; ++seed) {
-    users.push_back(std::async(std::launch::async, [&, seed] { return User(ledger, seed).Work(); }));
+  const int before = StoredSerial(*ledger.Open());
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+  std::vector<std::stringstream> reports(kThreads);
+  std::vector<std::thread> users;
+  for (unsigned seed = 1; seed <= kThreads; ++seed) {
+    users.emplace_back([&ledger, end, seed, &report = reports[seed - 1]] {
+      Tell(User(ledger, seed).Work([end] { return std::chrono::steady_clock::now() > end; }), report);
+    });
   }
-  for (auto& user : users) {
-    for (const auto& [action, rows] : user.get()) written[action] += rows;
+  Counts told;
+  for (unsigned i = 0; i < kThreads; ++i) {
+    users[i].join();
+    Hear(reports[i], told);
   }
-  ExpectSound(ledger);
-  const auto database = ledger.Open();
-  int all = 0;
-  for (const auto& [action, rows] : written) {
-    EXPECT_EQ(Count(*database, "HistoricosDeLancamentos WHERE IdAcao = " + std::to_string(action)), rows);
-    all += rows;
-  }
-  EXPECT_EQ(Count(*database, "HistoricosDeLancamentos"), all);
+  ExpectInLedger(ledger, told, before);
 }
+
+TEST(Concurrency, ManyProcessesWorkAtOnce) {
+  const BusyLedger ledger;
+  const int before = StoredSerial(*ledger.Open());
+  const std::chrono::seconds time(NumberFrom("TSV_SECONDS", 5));
+  Counts told = WorkOfProcesses(ledger, [&] { std::this_thread::sleep_for(time); });
+  ExpectInLedger(ledger, told, before);
+}
+
+#ifdef TSV_CLUSTER
+
+// A server that may fall.
+class OwnServer {
+ public:
+  OwnServer() {
+    Do("start", " > " + folder_.Path("address"));
+    std::string address;
+    std::ifstream file(folder_.Path("address"));
+    std::getline(file, address);
+    before_ = LedgerPlace::UseServer(address);
+  }
+  ~OwnServer() {
+    LedgerPlace::UseServer(before_);
+    Do("stop");
+  }
+  OwnServer(const OwnServer&) = delete;
+  OwnServer& operator=(const OwnServer&) = delete;
+
+  void Do(const std::string& what, const std::string& output = "") const {
+    const std::string command = "sh " TSV_CLUSTER " " + what + " " + folder_.Path("pg") + output;
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+  }
+
+ private:
+  TemporaryFolder folder_;
+  std::string before_;
+};
+
+TEST(Concurrency, ServerThatFallsLosesNothing) {
+  if (!LedgerPlace::OnServer()) GTEST_SKIP() << "of servers only";
+  const OwnServer server;
+  const BusyLedger ledger;
+  const int before = StoredSerial(*ledger.Open());
+  const auto falls = static_cast<int>(NumberFrom("TSV_FALLS", 2));
+  std::mt19937 random(std::random_device{}());
+  Counts told = WorkOfProcesses(ledger, [&] {
+    for (int i = 0; i < falls; ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1000 + random() % 1000));
+      server.Do("kill");
+      server.Do("resume");
+    }
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+  });
+  ExpectInLedger(ledger, told, before);
+  // Who waits for the outcome of his commit need not notice.
+  EXPECT_GE(told["done after a lost connection"], falls * static_cast<int>(kProcesses - 1));
+}
+
+#endif
 
 }  // namespace

@@ -18,6 +18,7 @@ namespace {
 Operation Updated(const std::string& what) {
   return {.name = what, .run = [sql = "UPDATE " + what](Tesovia&, std::int32_t) {
             CurrentSession().BancoDeDados->Execute(sql, db::dbFailOnError);
+            return Ids();
           }};
 }
 

@@ -1,6 +1,7 @@
 #!/bin/sh
 # A PostgreSQL server of one's own for tests: cluster.sh start FOLDER prints its URL, cluster.sh stop FOLDER removes it.
 # It listens on a socket in FOLDER only. TSV_SEM_FSYNC=1 trades safety in a crash for speed.
+# cluster.sh kill FOLDER lets it end as in a crash of the machine's, all its processes at once; resume starts it again.
 set -eu
 
 fail() {
@@ -8,7 +9,7 @@ fail() {
   exit 1
 }
 
-[ $# = 2 ] || fail "use: cluster.sh start|stop FOLDER"
+[ $# = 2 ] || fail "use: cluster.sh start|stop|kill|resume FOLDER"
 case $2 in
 /*) folder=$2 ;;
 *) folder=$PWD/$2 ;;
@@ -34,6 +35,10 @@ percent_encoded() {
   printf %s "$1" | sed 's/%/%25/g; s|/|%2F|g; s/ /%20/g; s/#/%23/g; s/&/%26/g; s/=/%3D/g; s/?/%3F/g'
 }
 
+launch() {
+  as_owner "$binaries/pg_ctl" --pgdata="$folder/data" --log="$folder/log" --timeout=60 --wait start >/dev/null
+}
+
 start() {
   [ -n "$binaries" ] || fail "PostgreSQL's server is not installed"
   [ ! -e "$folder" ] || fail "$folder exists already"
@@ -54,8 +59,7 @@ unix_socket_directories = '$folder'
 max_connections = 100
 fsync = $fsync
 SETTINGS
-  as_owner "$binaries/pg_ctl" --pgdata="$folder/data" --log="$folder/log" --timeout=60 --wait start >/dev/null ||
-    give_up "$(tail -n 20 "$folder/log")"
+  launch || give_up "$(tail -n 20 "$folder/log")"
   echo "postgresql:///postgres?host=$(percent_encoded "$folder")&user=postgres"
 }
 
@@ -70,7 +74,30 @@ stop() {
   rm -rf "$folder"
 }
 
+# The first process starts no more while the others are counted.
+crash() {
+  read -r server <"$folder/data/postmaster.pid"
+  kill -STOP "$server"
+  processes=$server
+  for stat in /proc/[0-9]*/stat; do
+    read -r process _ _ parent _ <"$stat" || continue
+    [ "$parent" != "$server" ] || processes="$processes $process"
+  done 2>/dev/null
+  # shellcheck disable=SC2086
+  kill -KILL $processes
+  for process in $processes; do
+    while kill -0 "$process" 2>/dev/null; do sleep 0.01; done
+  done
+  rm "$folder/data/postmaster.pid"
+}
+
+resume() {
+  cd "$folder"
+  launch || fail "$(tail -n 20 "$folder/log")"
+}
+
 case $1 in
-start | stop) "$1" ;;
-*) fail "use: cluster.sh start|stop FOLDER" ;;
+start | stop | resume) "$1" ;;
+kill) crash ;;
+*) fail "use: cluster.sh start|stop|kill|resume FOLDER" ;;
 esac

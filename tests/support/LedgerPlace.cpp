@@ -77,7 +77,7 @@ END $$)sql";
 
 bool LedgerPlace::OnServer() { return !Server().empty(); }
 
-void LedgerPlace::UseServer(std::string address) { Server() = std::move(address); }
+std::string LedgerPlace::UseServer(std::string address) { return std::exchange(Server(), std::move(address)); }
 
 LedgerPlace::LedgerPlace() : path_(folder_.Path("ledger.tsv")) {
   if (!OnServer()) return;

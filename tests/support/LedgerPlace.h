@@ -16,7 +16,8 @@ class LedgerPlace {
   LedgerPlace& operator=(const LedgerPlace&) = delete;
 
   static bool OnServer();
-  static void UseServer(std::string address);  // for the places made from now on; none: files
+  // For the places made from now on; empty: files. Returns what was used before.
+  static std::string UseServer(std::string address);
 
   const std::string& Path() const { return path_; }
 

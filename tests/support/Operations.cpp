@@ -1,5 +1,6 @@
 #include "support/Operations.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "types/Conversions.h"
@@ -31,6 +32,8 @@ struct Refusal {
   std::int32_t number;
   std::string_view origin;
   std::string_view description;
+
+  bool Says(const Erro& erro) const { return number == erro.Numero() && description == erro.Descricao(); }
 };
 
 // v: not the version that was seen; l: the serial was lost; b: other balances than those read; u: not the row that was
@@ -80,14 +83,14 @@ constexpr Refusal kRefusals[] = {
 
 char LetterOf(const Erro& erro) {
   if (erro.Numero() == 0) return '.';
-  for (const auto& [letter, number, origin, description] : kRefusals) {
-    if (erro.Numero() == number && erro.Descricao() == description && erro.Origem() == origin) return letter;
+  for (const Refusal& each : kRefusals) {
+    if (each.Says(erro) && each.origin == erro.Origem()) return each.letter;
   }
   ADD_FAILURE() << erro;
   return '?';
 }
 
-void Transfer(Tesovia& ledger, int day) {
+Ids Transfer(Tesovia& ledger, int day) {
   CTransferencia request;
   request.CodContaOrigem("1.1");
   request.CodContaDestino("1.2");
@@ -95,7 +98,9 @@ void Transfer(Tesovia& ledger, int day) {
   request.DataDaTransferencia(Day(2008, 7, day));
   request.HistoricoSaida("Saída");
   request.HistoricoEntrada("Entrada");
-  ledger.FazerTransferenciaTS(request);
+  Ids made;
+  for (const auto& leg : ledger.FazerTransferenciaTS(request)) made.push_back(leg->Id());
+  return made;
 }
 
 std::int32_t NewestVersion(std::int32_t id) {
@@ -106,15 +111,19 @@ std::int32_t NewestVersion(std::int32_t id) {
 
 }  // namespace
 
+bool IsRefusal(const Erro& erro) {
+  return std::ranges::any_of(kRefusals, [&](const Refusal& each) { return each.Says(erro); });
+}
+
 Operation Posted(std::string name, int day) {
   return {std::move(name), 0, [day](Tesovia& ledger, std::int32_t) {
-            Post(ledger, {Day(2008, 7, day), Cents(40), "1.1", "0", "1", 1});
+            return Ids{Post(ledger, {Day(2008, 7, day), Cents(40), "1.1", "0", "1", 1})->Id()};
           }};
 }
 
 Operation Deleted(std::string name, std::int32_t id) {
   return {std::move(name), id,
-          [id](Tesovia& ledger, std::int32_t version) { ledger.ExcluirLancamentoTS(id, version); }};
+          [id](Tesovia& ledger, std::int32_t version) { return ledger.ExcluirLancamentoTS(id, version), Ids(); }};
 }
 
 Operation Settled(std::string name, std::int32_t id, TIPO_BAIXA kind, std::int64_t cents, Date date) {
@@ -126,16 +135,19 @@ Operation Settled(std::string name, std::int32_t id, TIPO_BAIXA kind, std::int64
             request.ValorBaixado(Cents(cents));
             request.DataRealizacao(date);
             ledger.BaixarLancamentoTS(request);
+            return Ids();
           }};
 }
 
 Operation Reversed(std::string name, std::int32_t id) {
-  return {std::move(name), id,
-          [id](Tesovia& ledger, std::int32_t version) { ledger.EstornarLancamentoTS("Engano", id, version); }};
+  return {std::move(name), id, [id](Tesovia& ledger, std::int32_t version) {
+            const auto made = ledger.EstornarLancamentoTS("Engano", id, version);
+            return made ? Ids{made->Id()} : Ids();
+          }};
 }
 
 Operation Transferred(std::string name) {
-  return {std::move(name), 0, [](Tesovia& ledger, std::int32_t) { Transfer(ledger, 12); }};
+  return {std::move(name), 0, [](Tesovia& ledger, std::int32_t) { return Transfer(ledger, 12); }};
 }
 
 BusyLedger::BusyLedger() {

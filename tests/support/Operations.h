@@ -10,12 +10,18 @@
 
 namespace tsv::test {
 
+using Ids = std::vector<std::int32_t>;
+
 // What a user does to the ledger.
 struct Operation {
   std::string name;
-  std::int32_t id = 0;  // of the entry that it changes; 0: none
-  std::function<void(Tesovia&, std::int32_t version)> run;
+  std::int32_t id = 0;                                     // of the entry that it changes; 0: none
+  std::function<Ids(Tesovia&, std::int32_t version)> run;  // the entries that it made, as far as it tells
 };
+
+// Whether it is one of the refusals that other users can bring about (see the source), whatever its origin: in a
+// session that has met an error before, that may be an old one.
+bool IsRefusal(const Erro& erro);
 
 Operation Posted(std::string name, int day);  // of July 2008
 Operation Deleted(std::string name, std::int32_t id);
@@ -30,9 +36,8 @@ class BusyLedger : public Company {
   BusyLedger();
 
   // Runs the operation in a session and on a thread of its own; its user has seen the entry as it was at first, or as
-  // it is now. Returns a letter: '.' for done, one for each refusal that other users can bring about (see the source),
-  // and
-  // '?' for any other error, which is a failure.
+  // it is now. Returns a letter: '.' for done, one for each refusal that other users can bring about, and '?'
+  // for any other error, which is a failure.
   char Run(const Operation& operation, std::shared_ptr<db::StatementObserver> observer = {},
            bool hasSeenNewest = false) const;
 };
