@@ -13,26 +13,19 @@ using jet::SameWord;
 // The server cuts longer names short without a word.
 constexpr std::size_t kLongestName = 63;
 
-std::string Ours(std::string_view function, const std::string& a) {
-  return std::string("tesovia.").append(function) + "(" + a + ")";
-}
-
-std::string Ours(std::string_view function, const std::string& a, const std::string& b) {
-  return Ours(function, a + ", " + b);
-}
-
-std::string Infix(const std::string& a, std::string_view op, const std::string& b) {
-  return "(" + a + " " + std::string(op) + " " + b + ")";
-}
-
 std::string As(const std::string& value, std::string_view type) { return "(" + value + ")::" + std::string(type); }
-
-bool IsWhole(ValueType type) { return type == ValueType::Byte || type == ValueType::Long; }
-bool IsAmount(ValueType type) { return type == ValueType::Decimal || type == ValueType::Currency; }
 
 std::string MinusOne(const std::string& condition) { return "(-" + As(condition, "integer") + ")"; }
 
-std::string ToDays(const std::string& value, ValueType from) {
+std::string FirstOf(const std::string& value) { return "(array_agg(" + value + "))[1]"; }
+
+}  // namespace
+
+std::string PostgresDialect::Ours(std::string_view function, const std::string& arguments) const {
+  return std::string("tesovia.").append(function) + "(" + arguments + ")";
+}
+
+std::string PostgresDialect::ToDouble(const std::string& value, ValueType from) const {
   switch (from) {
     case ValueType::Boolean:
       return As(MinusOne(value), "float8");
@@ -53,46 +46,32 @@ std::string ToDays(const std::string& value, ValueType from) {
   return value;
 }
 
-std::string ToBooleanValue(const std::string& value, ValueType from) {
-  if (from == ValueType::Text) return Ours("tsv_parse_boolean", value);
-  return Infix(from == ValueType::Date ? ToDays(value, from) : value, "<>", "0");
-}
-
-std::string ToWhole(const std::string& value, ValueType from) {
+std::string PostgresDialect::ToWhole(const std::string& value, ValueType from) const {
   if (from == ValueType::Boolean) return MinusOne(value);
   if (IsAmount(from)) return Ours("tsv_long_from_currency", value);
   if (from == ValueType::Text) return Ours("tsv_parse_long", value);
-  return Ours("tsv_round_long", ToDays(value, from));
+  return Ours("tsv_round_long", ToDouble(value, from));
 }
 
-std::string ToAmount(const std::string& value, ValueType from) {
+std::string PostgresDialect::ToAmount(const std::string& value, ValueType from) const {
   if (from == ValueType::Boolean) return As(MinusOne(value), "numeric");
   if (IsWhole(from)) return As(value, "numeric");
   if (from == ValueType::Text) return Ours("tsv_parse_currency", value);
-  return Ours("tsv_currency", ToDays(value, from));
+  return Ours("tsv_currency", ToDouble(value, from));
 }
 
-std::string ToTextValue(const std::string& value, ValueType from) {
+std::string PostgresDialect::ToText(const std::string& value, ValueType from) const {
   if (from == ValueType::Boolean) return As(MinusOne(value), "text");
   if (IsWhole(from)) return As(value, "text");
   if (IsAmount(from)) return Ours("tsv_text_currency", value);
   return Ours(from == ValueType::Date ? "tsv_text_date" : "tsv_text_double", value);
 }
 
-std::string FirstOf(const std::string& value) { return "(array_agg(" + value + "))[1]"; }
-
-}  // namespace
-
 std::string PostgresDialect::Parameter(std::size_t place) const { return "$" + std::to_string(place); }
 
 std::string PostgresDialect::Name(std::string_view name) const {
   if (name.size() > kLongestName) Raise(EngineError::Unsupported, std::string("nome longo demais: ").append(name));
-  std::string quoted = "\"";
-  for (const char c : name) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + "\"";
+  return SqlDialect::Name(name);
 }
 
 // One without a type would be taken for a text where nothing beside it tells better.
@@ -119,41 +98,6 @@ std::string PostgresDialect::NullOf(ValueType type) const {
 
 std::string PostgresDialect::TableName(std::string_view name) const { return "tesovia." + Name(name); }
 
-std::string PostgresDialect::Convert(const std::string& value, ValueType from, ValueType to) const {
-  if (from == to || from == ValueType::Null || (IsWhole(from) && IsWhole(to)) || (IsAmount(from) && IsAmount(to)))
-    return value;
-  switch (to) {
-    case ValueType::Boolean:
-      return ToBooleanValue(value, from);
-    case ValueType::Byte:
-    case ValueType::Long:
-      return ToWhole(value, from);
-    case ValueType::Decimal:
-    case ValueType::Currency:
-      return ToAmount(value, from);
-    case ValueType::Double:
-      return ToDays(value, from);
-    case ValueType::Date:
-      return from == ValueType::Text ? Ours("tsv_parse_date", value) : Ours("tsv_days_to_date", ToDays(value, from));
-    case ValueType::Text:
-      return ToTextValue(value, from);
-    case ValueType::Null:
-      break;
-  }
-  return value;
-}
-
-std::string PostgresDialect::Arithmetic(std::string_view op, ValueType type, const std::string& a,
-                                        const std::string& b) const {
-  if (op == "+" && type == ValueType::Text) return Infix(a, "||", b);
-  if (op == "*" && IsAmount(type)) return Ours("tsv_currency_multiply", a, b);
-  if (op == "/") return Ours("tsv_divide", a, b);
-  if (op == "\\") return Ours("tsv_integer_divide", a, b);
-  if (op == "^") return Ours("tsv_power", a, b);
-  if (SameWord(op, "MOD")) return Ours("tsv_modulo", a, b);
-  return Infix(a, op, b);
-}
-
 std::string PostgresDialect::Compare(std::string_view op, ValueType type, bool exact, const std::string& a,
                                      const std::string& b) const {
   if (type != ValueType::Text) return Infix(a, op, b);
@@ -179,13 +123,13 @@ std::string PostgresDialect::Stored(const std::string& value, ValueType type) co
 }
 
 std::string PostgresDialect::Concat(const std::string& a, const std::string& b) const {
-  return Ours("tsv_concat", a, b);
+  return Ours("tsv_concat", a + ", " + b);
 }
 std::string PostgresDialect::Like(const std::string& text, const std::string& pattern) const {
-  return Ours("tsv_like", text, pattern);
+  return Ours("tsv_like", text + ", " + pattern);
 }
 std::string PostgresDialect::LikePrefix(const std::string& text, const std::string& prefix) const {
-  return Ours("tsv_comeca", text, prefix);
+  return Ours("tsv_comeca", text + ", " + prefix);
 }
 
 std::string PostgresDialect::Magnitude(const std::string& condition) const { return As(condition, "integer"); }
@@ -199,7 +143,7 @@ std::string PostgresDialect::Call(const jet::Function& function, std::span<const
 }
 
 std::string PostgresDialect::Aggregate(std::string_view name, ValueType type, const std::string& value) const {
-  if (SameWord(name, "AVG") && IsAmount(type)) return Ours("tsv_media", "sum(" + value + ")", "count(" + value + ")");
+  if (SameWord(name, "AVG") && IsAmount(type)) return Ours("tsv_media", "sum(" + value + "), count(" + value + ")");
   if (SameWord(name, "FIRST")) return FirstOf(value);
   if (SameWord(name, "LAST")) return "(array_agg(" + value + "))[count(*)]";
   if (SameWord(name, "SINGLE")) return Ours("tsv_single", "array_agg(" + value + ")");

@@ -1,21 +1,18 @@
 #pragma once
 
-#include "db/jet/Dialect.h"
+#include "db/jet/SqlDialect.h"
 
 namespace tsv::db::postgres {
 
 // PostgreSQL's form of Jet SQL. Amounts are numeric, dates timestamps, conditions booleans; what the server lacks are
 // the functions of the ledger's schema (SqlFunctions). Texts are compared by keys, so that nothing depends on the
 // database's own language.
-class PostgresDialect final : public jet::Dialect {
+class PostgresDialect final : public jet::SqlDialect {
  public:
   std::string Parameter(std::size_t place) const override;
   std::string Name(std::string_view name) const override;  // one that the server would cut short raises 3251
   std::string NullOf(ValueType type) const override;
   std::string TableName(std::string_view name) const override;
-  std::string Convert(const std::string& value, ValueType from, ValueType to) const override;
-  std::string Arithmetic(std::string_view op, ValueType type, const std::string& a,
-                         const std::string& b) const override;
   std::string Compare(std::string_view op, ValueType type, bool exact, const std::string& a,
                       const std::string& b) const override;
   std::string EqualityKey(const std::string& text) const override;
@@ -32,6 +29,13 @@ class PostgresDialect final : public jet::Dialect {
   std::string Call(const jet::Function& function, std::span<const std::string> arguments,
                    std::span<const ValueType> types) const override;
   std::string Aggregate(std::string_view name, ValueType type, const std::string& value) const override;
+
+ private:
+  std::string Ours(std::string_view function, const std::string& arguments) const override;
+  std::string ToDouble(const std::string& value, ValueType from) const override;
+  std::string ToWhole(const std::string& value, ValueType from) const override;
+  std::string ToAmount(const std::string& value, ValueType from) const override;
+  std::string ToText(const std::string& value, ValueType from) const override;
 };
 
 }  // namespace tsv::db::postgres

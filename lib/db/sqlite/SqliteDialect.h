@@ -1,18 +1,14 @@
 #pragma once
 
-#include "db/jet/Dialect.h"
+#include "db/jet/SqlDialect.h"
 
 namespace tsv::db::sqlite {
 
 // SQLite's form of Jet SQL. Amounts are integers of ten-thousandths, dates are ISO texts, conditions are 0 and 1; what
 // SQLite lacks are the functions and collations registered in SqlFunctions.
-class SqliteDialect final : public jet::Dialect {
+class SqliteDialect final : public jet::SqlDialect {
  public:
   std::string Parameter(std::size_t place) const override;
-  std::string Name(std::string_view name) const override;
-  std::string Convert(const std::string& value, ValueType from, ValueType to) const override;
-  std::string Arithmetic(std::string_view op, ValueType type, const std::string& a,
-                         const std::string& b) const override;
   std::string Compare(std::string_view op, ValueType type, bool exact, const std::string& a,
                       const std::string& b) const override;
   std::string EqualityKey(const std::string& text) const override;
@@ -25,6 +21,13 @@ class SqliteDialect final : public jet::Dialect {
   std::string Call(const jet::Function& function, std::span<const std::string> arguments,
                    std::span<const ValueType> types) const override;
   std::string Aggregate(std::string_view name, ValueType type, const std::string& value) const override;
+
+ private:
+  std::string Ours(std::string_view function, const std::string& arguments) const override;
+  std::string ToDouble(const std::string& value, ValueType from) const override;
+  std::string ToWhole(const std::string& value, ValueType from) const override;
+  std::string ToAmount(const std::string& value, ValueType from) const override;
+  std::string ToText(const std::string& value, ValueType from) const override;
 };
 
 }  // namespace tsv::db::sqlite

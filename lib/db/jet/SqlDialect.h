@@ -1,0 +1,29 @@
+#pragma once
+
+#include "db/jet/Dialect.h"
+
+namespace tsv::db::jet {
+
+// What the dialects of SQL engines share: names in double quotes, and a conversion for each type to convert to.
+class SqlDialect : public Dialect {
+ public:
+  std::string Name(std::string_view name) const override;
+  std::string Convert(const std::string& value, ValueType from, ValueType to) const final;
+  std::string Arithmetic(std::string_view op, ValueType type, const std::string& a, const std::string& b) const final;
+
+ protected:
+  static bool IsWhole(ValueType type) { return type == ValueType::Byte || type == ValueType::Long; }
+  static bool IsAmount(ValueType type) { return type == ValueType::Decimal || type == ValueType::Currency; }
+  static std::string Infix(const std::string& a, std::string_view op, const std::string& b);
+
+  // A call of one of the functions that the engine was given, by the name that all engines know it by.
+  virtual std::string Ours(std::string_view function, const std::string& arguments) const = 0;
+
+  virtual std::string ToBoolean(const std::string& value, ValueType from) const;
+  virtual std::string ToDouble(const std::string& value, ValueType from) const = 0;
+  virtual std::string ToWhole(const std::string& value, ValueType from) const = 0;
+  virtual std::string ToAmount(const std::string& value, ValueType from) const = 0;
+  virtual std::string ToText(const std::string& value, ValueType from) const = 0;
+};
+
+}  // namespace tsv::db::jet
