@@ -121,8 +121,4 @@ Erro ErrorOf(sqlite3* handle, int code, sqlite3_stmt* statement) {
   }
 }
 
-std::string ConstraintName(std::int32_t number, std::string_view table, std::string_view column) {
-  return std::to_string(number).append(" ").append(table).append(".").append(column);
-}
-
 }  // namespace tsv::db::sqlite

@@ -13,7 +13,4 @@ namespace tsv::db::sqlite {
 // The error of the connection's last call, which returned the extended code. statement: the one that failed, if any.
 Erro ErrorOf(sqlite3* handle, int code, sqlite3_stmt* statement);
 
-// The name of a table's constraint, which carries the number to raise and the field at fault: "3163 Contas.Codigo".
-std::string ConstraintName(std::int32_t number, std::string_view table, std::string_view column);
-
 }  // namespace tsv::db::sqlite

@@ -1,14 +1,13 @@
 #include "db/sqlite/Schema.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
+#include "db/ColumnCatalog.h"
 #include "db/DataTypes.h"
 #include "db/EngineError.h"
-#include "db/sqlite/ErrorMapping.h"
 #include "db/sqlite/SqliteDialect.h"
-#include "types/Text.h"
 
 namespace tsv::db::sqlite {
 namespace {
@@ -39,11 +38,7 @@ std::string DefaultOf(const Variant& value) {
   if (const auto* byte = std::get_if<std::uint8_t>(&value)) return std::to_string(*byte);
   if (const auto* number = std::get_if<std::int32_t>(&value)) return std::to_string(*number);
   if (const auto* amount = std::get_if<Currency>(&value)) return std::to_string(amount->TenThousandths());
-  if (const auto* text = std::get_if<std::string>(&value)) {
-    std::string literal = "'";
-    for (const char c : *text) literal.append(c == '\'' ? 2 : 1, c);
-    return literal + "'";
-  }
+  if (const auto* text = std::get_if<std::string>(&value)) return QuotedText(*text);
   Raise(EngineError::Unsupported, "valor padrão deste tipo");
 }
 
@@ -58,7 +53,7 @@ std::string Rules(const Table& table, const Column& column) {
   std::string rules;
   const std::string name = Quoted(column.name);
   const auto add = [&](std::int32_t number, const std::string& condition) {
-    rules += " CONSTRAINT " + Quoted(ConstraintName(number, table.name, column.name)) + " CHECK (" + condition + ")";
+    rules += " CONSTRAINT " + Quoted(RuleName(number, table, column)) + " CHECK (" + condition + ")";
   };
   const auto overflow = static_cast<std::int32_t>(RuntimeError::Overflow);
   switch (column.type) {
@@ -115,14 +110,11 @@ std::string TableDefinition(const Table& table) {
 // An index led by a column that may be Null keeps no Nulls: nothing is looked up by them.
 std::string IndexDefinition(const Table& table, const Index& index) {
   std::string name = table.name;
-  for (const std::string& column : index.columns) {
-    if (!table.Find(column)) Raise(EngineError::ItemNotFound, column);
-    name += "." + column;
-  }
+  for (const std::string& column : index.columns) name += "." + ColumnOf(table, column).name;
   std::string definition = index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ";
   definition += Quoted(name) + " ON " + Quoted(table.name) + " (" + QuotedList(index.columns) + ")";
-  const Column* leading = table.Find(index.columns.front());
-  if (leading && !leading->required) definition += " WHERE " + Quoted(leading->name) + " IS NOT NULL";
+  const Column& leading = ColumnOf(table, index.columns.front());
+  if (!leading.required) definition += " WHERE " + Quoted(leading.name) + " IS NOT NULL";
   return definition;
 }
 
@@ -136,14 +128,10 @@ void AddToColumnCatalog(Connection& connection, const Table& table) {
   Statement insert(connection, "INSERT INTO tsv_colunas VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const Column& column = table.columns[i];
-    const auto& key = table.primaryKey;
-    const auto keyPlace = std::find_if(
-        key.begin(), key.end(), [&](const std::string& part) { return text::CompareFolded(part, column.name) == 0; });
-    insert.Bind(1, table.name).Bind(2, static_cast<std::int64_t>(i)).Bind(3, column.name);
     insert.Bind(4, static_cast<std::int64_t>(DataTypeOf(column.type))).Bind(5, static_cast<std::int64_t>(column.size));
     insert.Bind(6, std::int64_t{column.required}).Bind(7, std::int64_t{column.allowZeroLength});
     insert.Bind(8, std::int64_t{column.exact});
-    insert.Bind(9, keyPlace == key.end() ? std::int64_t{0} : keyPlace - key.begin() + 1);
+    insert.Bind(9, static_cast<std::int64_t>(KeyPlaceOf(table, column)));
     insert.Run();
   }
 }
@@ -165,18 +153,11 @@ void CreateTable(Connection& connection, const Table& table) {
 }
 
 Catalog LoadCatalog(Connection& connection) {
-  Catalog catalog;
-  Table table;
-  const auto finish = [&] {
-    if (!table.columns.empty()) catalog.Add(std::move(table));
-    table = {};
-  };
+  CatalogBuilder catalog;
   Statement columns(connection,
                     "SELECT tabela, nome, tipo, tamanho, exige, aceita_vazio, exata, chave FROM tsv_colunas "
                     "ORDER BY tabela, lugar");
   while (columns.Step()) {
-    if (table.name != columns.Text(0)) finish();
-    table.name = columns.Text(0);
     Column column{.name = std::string(columns.Text(1)),
                   .type = ValueTypeOf(static_cast<DataTypeEnum>(columns.Integer(2))),
                   .size = static_cast<int>(columns.Integer(3)),
@@ -184,15 +165,9 @@ Catalog LoadCatalog(Connection& connection) {
                   .allowZeroLength = columns.Integer(5) != 0,
                   .exact = columns.Integer(6) != 0,
                   .defaultValue = {}};
-    const auto keyPlace = static_cast<std::size_t>(columns.Integer(7));
-    if (keyPlace > 0) {
-      table.primaryKey.resize(std::max(table.primaryKey.size(), keyPlace));
-      table.primaryKey[keyPlace - 1] = column.name;
-    }
-    table.columns.push_back(std::move(column));
+    catalog.Add({std::string(columns.Text(0)), std::move(column), static_cast<std::size_t>(columns.Integer(7))});
   }
-  finish();
-  return catalog;
+  return catalog.Finish();
 }
 
 }  // namespace tsv::db::sqlite

@@ -98,8 +98,4 @@ bool IsShutdown(const PGresult* result) noexcept {
   return state.starts_with("57P") || state.starts_with("08");
 }
 
-std::string ConstraintName(std::int32_t number, std::string_view table, std::string_view column) {
-  return std::to_string(number).append(" ").append(table).append(".").append(column);
-}
-
 }  // namespace tsv::db::postgres

@@ -19,7 +19,4 @@ Erro ConnectionError(const PGconn* connection);
 // Whether the server ends the session, whatever was asked.
 bool IsShutdown(const PGresult* result) noexcept;
 
-// The name of a constraint tells the error that it stands for, and its field: "3163 Contas.Codigo".
-std::string ConstraintName(std::int32_t number, std::string_view table, std::string_view column);
-
 }  // namespace tsv::db::postgres

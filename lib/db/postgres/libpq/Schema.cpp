@@ -1,14 +1,13 @@
 #include "db/postgres/libpq/Schema.h"
 
-#include <algorithm>
 #include <charconv>
+#include <utility>
 
+#include "db/ColumnCatalog.h"
 #include "db/DataTypes.h"
 #include "db/EngineError.h"
 #include "db/postgres/PostgresDialect.h"
-#include "db/postgres/libpq/ErrorMapping.h"
 #include "types/Erro.h"
-#include "types/Text.h"
 
 namespace tsv::db::postgres {
 namespace {
@@ -45,11 +44,7 @@ std::string DefaultOf(const Variant& value) {
   if (const auto* byte = std::get_if<std::uint8_t>(&value)) return std::to_string(*byte);
   if (const auto* number = std::get_if<std::int32_t>(&value)) return std::to_string(*number);
   if (const auto* amount = std::get_if<Currency>(&value)) return amount->ToText();
-  if (const auto* text = std::get_if<std::string>(&value)) {
-    std::string literal = "'";
-    for (const char c : *text) literal.append(c == '\'' ? 2 : 1, c);
-    return literal + "'";
-  }
+  if (const auto* text = std::get_if<std::string>(&value)) return QuotedText(*text);
   Raise(EngineError::Unsupported, "valor padrão deste tipo");
 }
 
@@ -58,7 +53,7 @@ std::string Rules(const Table& table, const Column& column) {
   std::string rules;
   const std::string name = Quoted(column.name);
   const auto add = [&](std::int32_t number, const std::string& condition) {
-    rules += " CONSTRAINT " + Quoted(ConstraintName(number, table.name, column.name)) + " CHECK (" + condition + ")";
+    rules += " CONSTRAINT " + Quoted(RuleName(number, table, column)) + " CHECK (" + condition + ")";
   };
   const auto overflow = static_cast<std::int32_t>(RuntimeError::Overflow);
   switch (column.type) {
@@ -80,26 +75,15 @@ std::string Rules(const Table& table, const Column& column) {
   return rules;
 }
 
-bool IsPrimary(const Table& table, const Column& column) {
-  return std::any_of(table.primaryKey.begin(), table.primaryKey.end(),
-                     [&](const std::string& key) { return text::CompareFolded(key, column.name) == 0; });
-}
-
 std::string ColumnDefinition(const Table& table, const Column& column) {
   std::string definition = Quoted(column.name).append(" ").append(StorageOf(column.type));
-  if (column.required || column.type == ValueType::Boolean || IsPrimary(table, column)) definition += " NOT NULL";
+  if (column.required || column.type == ValueType::Boolean || KeyPlaceOf(table, column) > 0) definition += " NOT NULL";
   if (!IsEmpty(column.defaultValue)) {
     definition += " DEFAULT " + DefaultOf(column.defaultValue);
   } else if (column.type == ValueType::Boolean) {
     definition += " DEFAULT FALSE";
   }
   return definition + Rules(table, column);
-}
-
-const Column& ColumnOf(const Table& table, const std::string& name) {
-  const Column* column = table.Find(name);
-  if (!column) Raise(EngineError::ItemNotFound, name);
-  return *column;
 }
 
 // By the key that equal texts share. Null stands first, where Jet's order has it.
@@ -166,15 +150,12 @@ void RefuseTakenName(Connection& connection, const std::string& table) {
 void AddToColumnCatalog(Connection& connection, const Table& table) {
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const Column& column = table.columns[i];
-    const auto& key = table.primaryKey;
-    const auto place = std::find_if(
-        key.begin(), key.end(), [&](const std::string& part) { return text::CompareFolded(part, column.name) == 0; });
     const auto flag = [](bool set) { return std::string(set ? "t" : "f"); };
     connection.Execute(
         "INSERT INTO tesovia.tsv_colunas VALUES ($1, $2, $3, $4, $5, $6, $7, $8, $9)",
         {table.name, std::to_string(i), column.name, std::to_string(static_cast<int>(DataTypeOf(column.type))),
          std::to_string(column.size), flag(column.required), flag(column.allowZeroLength), flag(column.exact),
-         std::to_string(place == key.end() ? 0 : place - key.begin() + 1)});
+         std::to_string(KeyPlaceOf(table, column))});
   }
   connection.Execute("UPDATE tesovia.tsv_ajustes SET valor = (valor::integer + 1)::text WHERE nome = 'catalogo'");
 }
@@ -211,17 +192,10 @@ Catalog LoadCatalog(Connection& connection) {
       "SELECT tabela, nome, tipo::text, tamanho::text, exige, aceita_vazio, exata, chave::text "
       "FROM tesovia.tsv_colunas ORDER BY tabela, lugar",
       {});
-  Catalog catalog;
-  Table table;
-  const auto finish = [&] {
-    if (!table.columns.empty()) catalog.Add(std::move(table));
-    table = {};
-  };
+  CatalogBuilder catalog;
   for (int row = 0; row < columns.Rows(); ++row) {
     const auto text = [&](int column) { return std::string(columns.Bytes(row, column)); };
     const auto flag = [&](int column) { return columns.Bytes(row, column) != std::string_view("\0", 1); };
-    if (table.name != text(0)) finish();
-    table.name = text(0);
     Column column{.name = text(1),
                   .type = ValueTypeOf(static_cast<DataTypeEnum>(Number(text(2)))),
                   .size = Number(text(3)),
@@ -229,15 +203,9 @@ Catalog LoadCatalog(Connection& connection) {
                   .allowZeroLength = flag(5),
                   .exact = flag(6),
                   .defaultValue = {}};
-    const auto place = static_cast<std::size_t>(Number(text(7)));
-    if (place > 0) {
-      table.primaryKey.resize(std::max(table.primaryKey.size(), place));
-      table.primaryKey[place - 1] = column.name;
-    }
-    table.columns.push_back(std::move(column));
+    catalog.Add({text(0), std::move(column), static_cast<std::size_t>(Number(text(7)))});
   }
-  finish();
-  return catalog;
+  return catalog.Finish();
 }
 
 }  // namespace tsv::db::postgres
