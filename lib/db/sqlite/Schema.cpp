@@ -128,6 +128,7 @@ void AddToColumnCatalog(Connection& connection, const Table& table) {
   Statement insert(connection, "INSERT INTO tsv_colunas VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const Column& column = table.columns[i];
+    insert.Bind(1, table.name).Bind(2, static_cast<std::int64_t>(i)).Bind(3, column.name);
     insert.Bind(4, static_cast<std::int64_t>(DataTypeOf(column.type))).Bind(5, static_cast<std::int64_t>(column.size));
     insert.Bind(6, std::int64_t{column.required}).Bind(7, std::int64_t{column.allowZeroLength});
     insert.Bind(8, std::int64_t{column.exact});
