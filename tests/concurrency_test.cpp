@@ -290,6 +290,32 @@ TEST(Concurrency, ServerThatFallsLosesNothing) {
   EXPECT_GE(told["done after a lost connection"], falls * static_cast<int>(kProcesses - 1));
 }
 
+// After a crash the server gives the numbers of its unfinished transactions to new ones.
+TEST(Concurrency, CommitOfAnotherIsNotTakenForOnesOwn) {
+  if (!LedgerPlace::OnServer()) GTEST_SKIP() << "of servers only";
+  const OwnServer server;
+  const BusyLedger ledger;
+  const int before = StoredSerial(*ledger.Open());
+  const auto falls = std::make_shared<Recorder>();
+  falls->before = [&](std::string_view text) {
+    if (text != "CommitTrans") return;
+    server.Do("kill");
+    server.Do("resume");
+    for (int day = 21; day <= 23; ++day) EXPECT_EQ(ledger.Run(Posted("another", day)), '.');
+  };
+  Tesovia user;
+  user.InicializarTS(ledger.Path(), "ana", "segredo");
+  CurrentSession().BancoDeDados->Observe(falls);
+  const Erro erro = ErrorOf([&] { Posted("lost", 28).run(user, 0); });
+  EXPECT_EQ(erro.Numero(), static_cast<std::int32_t>(db::EngineError::ConnectionLost)) << erro;
+  EXPECT_NE(erro.Descricao().find("Não se sabe"), std::string::npos) << erro;
+  CurrentSession().BancoDeDados->Observe(nullptr);
+  EXPECT_EQ(Count(*ledger.Open(), "Lancamentos WHERE Data = #07/28/2008#"), 0);
+  Posted("again", 28).run(user, 0);
+  EXPECT_EQ(StoredSerial(*ledger.Open()), before + 4);
+  ExpectSound(ledger);
+}
+
 #endif
 
 }  // namespace

@@ -58,6 +58,7 @@ listen_addresses = ''
 unix_socket_directories = '$folder'
 max_connections = 100
 fsync = $fsync
+wal_writer_delay = 10s  # what is not committed shall not survive a crash either
 SETTINGS
   launch || give_up "$(tail -n 20 "$folder/log")"
   echo "postgresql:///postgres?host=$(percent_encoded "$folder")&user=postgres"

@@ -70,7 +70,10 @@ void Connection::Greet() {
   transaction_.clear();
   PQsetNoticeProcessor(
       handle_.get(), [](void*, const char*) {}, nullptr);
-  pooled_ = Text("SELECT pg_backend_pid()::text") != std::to_string(PQbackendPID(handle_.get()));
+  const Result greeting = Execute(
+      "SELECT pg_backend_pid()::text, coalesce(extract(epoch FROM stats_reset)::text, '') FROM pg_stat_bgwriter", {});
+  pooled_ = greeting.Bytes(0, 0) != std::to_string(PQbackendPID(handle_.get()));
+  life_ = greeting.Bytes(0, 1);
 }
 
 void Connection::Revive() {
@@ -206,9 +209,11 @@ void Connection::Begin() {
   transaction_ = result.Bytes(0, 0);
 }
 
-// When the connection breaks before the answer comes, a new one may ask what became of the transaction.
+// When the connection breaks before the answer comes, a new one may ask what became of the transaction. If the server
+// has crashed, its number may have been given away anew: then a committed one may be another's.
 void Connection::Commit() {
   const std::string transaction = transaction_;
+  const std::string life = life_;
   try {
     Execute("COMMIT");
     transaction_.clear();
@@ -220,10 +225,14 @@ void Connection::Commit() {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
     try {
-      const std::string status = Text("SELECT pg_xact_status($1::xid8)", {transaction});
-      if (status == "committed") return;
-      if (status == "aborted") RaiseLost(kNothingWritten);
-      if (status.empty()) break;  // a server that knows nothing of it
+      const std::string status = Text(
+          "SELECT CASE WHEN $1::xid8 < pg_snapshot_xmax(pg_current_snapshot()) THEN pg_xact_status($1::xid8) "
+          "ELSE 'in progress' END",
+          {transaction});
+      const bool crashed = life_ != life;
+      if (status == "committed" && !crashed) return;
+      if (status == "committed" || status.empty()) break;  // empty: so old that the server has forgotten it
+      if (status == "aborted" || crashed) RaiseLost(kNothingWritten);
     } catch (const Erro& erro) {
       if (PQstatus(handle_.get()) == CONNECTION_OK) throw;
     }

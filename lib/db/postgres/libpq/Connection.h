@@ -119,6 +119,7 @@ class Connection {
   std::uint64_t lastName_ = 0;
   std::vector<std::string> forgotten_;
   std::string transaction_;  // the server's number of the open one
+  std::string life_;         // the server's present one: its counters begin anew after a crash
   std::string streaming_;    // the text of the statement whose rows are being fetched
   std::deque<const Prepared*> awaited_;
   Prepared begin_{"BEGIN ISOLATION LEVEL READ COMMITTED", {}, {}, 0};
