@@ -15,12 +15,21 @@ std::vector<std::unique_ptr<db::Driver>> AllDrivers() {
   return drivers;
 }
 
+bool EstaEmServidor(std::string_view path) { return db::postgres::ServerDriver().Recognises(path); }
+
 void CriarBancoDeDados(std::string_view path) {
-  const db::postgres::ServerDriver server;
-  if (server.Recognises(path)) {
-    server.Create(path, db::PasswordIn(kConnect));
+  if (EstaEmServidor(path)) {
+    db::postgres::ServerDriver().Create(path, db::PasswordIn(kConnect));
   } else {
     db::sqlite::CreateLedger(path, db::PasswordIn(kConnect));
+  }
+}
+
+void RemoverBancoDeDados(std::string_view path) {
+  if (EstaEmServidor(path)) {
+    db::postgres::ServerDriver().Remove(path);
+  } else {
+    db::sqlite::RemoveLedger(path);
   }
 }
 

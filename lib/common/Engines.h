@@ -16,4 +16,10 @@ std::vector<std::unique_ptr<db::Driver>> AllDrivers();
 // Makes a new, empty ledger that kConnect opens. An existing path is refused with the engine's error.
 void CriarBancoDeDados(std::string_view path);
 
+// Removes a ledger with all that it holds, for a program that could not finish what it made. Nobody may have it open.
+void RemoverBancoDeDados(std::string_view path);
+
+// Whether the path is the address of a ledger on a server.
+bool EstaEmServidor(std::string_view path);
+
 }  // namespace tsv

@@ -28,6 +28,11 @@ void ServerDriver::Create(std::string_view path, std::string_view password) cons
   FillNewLedger(connection, password);
 }
 
+void ServerDriver::Remove(std::string_view path) const {
+  Connection connection(path, patience_);
+  RemoveLedger(connection);
+}
+
 #else
 
 namespace {
@@ -46,6 +51,8 @@ std::shared_ptr<Database> ServerDriver::Open(std::string_view /*path*/, bool /*e
 }
 
 void ServerDriver::Create(std::string_view /*path*/, std::string_view /*password*/) const { RefuseWithoutEngine(); }
+
+void ServerDriver::Remove(std::string_view /*path*/) const { RefuseWithoutEngine(); }
 
 #endif
 

@@ -24,6 +24,9 @@ class ServerDriver final : public Driver {
   // Makes a new ledger in the database, in a schema of its own; one that exists raises 3204.
   void Create(std::string_view path, std::string_view password) const;
 
+  // Takes the ledger out of the database, with all that it holds.
+  void Remove(std::string_view path) const;
+
  private:
   std::chrono::milliseconds patience_;
 };

@@ -71,4 +71,13 @@ void CreateLedger(std::string_view path, std::string_view password) {
   }
 }
 
+void RemoveLedger(std::string_view path) {
+  for (const char* suffix : {"-wal", "-shm", ""}) {
+    std::filesystem::path file = FilePath(path);
+    std::error_code error;
+    std::filesystem::remove(file += suffix, error);
+    if (error) Raise(EngineError::CannotOpen, path);
+  }
+}
+
 }  // namespace tsv::db::sqlite

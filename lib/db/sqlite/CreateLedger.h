@@ -9,4 +9,7 @@ namespace tsv::db::sqlite {
 // The file gets its name when it is complete: a process that dies before leaves only a draft ("*.novo") beside it.
 void CreateLedger(std::string_view path, std::string_view password);
 
+// Removes a ledger file and what SQLite keeps beside it. Nobody may have it open.
+void RemoveLedger(std::string_view path);
+
 }  // namespace tsv::db::sqlite

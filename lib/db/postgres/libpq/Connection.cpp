@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "db/EngineError.h"
+#include "db/postgres/Address.h"
 #include "db/postgres/libpq/ErrorMapping.h"
 
 namespace tsv::db::postgres {
@@ -17,6 +18,25 @@ constexpr int kBinary = 1;
 constexpr std::string_view kNothingWritten = "A operação em curso não foi gravada. Tente de novo.";
 constexpr std::string_view kUnknownOutcome =
     "Não se sabe se a operação em curso foi gravada: consulte o livro antes de repeti-la.";
+
+// libpq quotes what it cannot read, which may be a part of the password.
+void RequireReadable(const std::string& address) {
+  constexpr std::string_view kAdvice =
+      "o endereço não se lê. No usuário e na senha, escreva os sinais com seus códigos: @ é %40, / é %2F, : é %3A, "
+      "? é %3F, % é %25";
+  struct Freer {
+    void operator()(PQconninfoOption* options) const noexcept { PQconninfoFree(options); }
+  };
+  const std::unique_ptr<PQconninfoOption, Freer> options(PQconninfoParse(address.c_str(), nullptr));
+  if (!options || SplitsWrongly(address)) Raise(EngineError::ConnectionFailed, kAdvice);
+  for (const PQconninfoOption* option = options.get(); option->keyword; ++option) {
+    const std::string_view name = option->keyword;
+    const std::string_view value = option->val ? option->val : "";
+    const bool wrong = (name == "host" && value.find('@', 1) != std::string_view::npos) ||
+                       (name == "port" && value.find_first_not_of("0123456789,") != std::string_view::npos);
+    if (wrong) Raise(EngineError::ConnectionFailed, kAdvice);
+  }
+}
 
 std::string Option(const PGconn* connection, char* (*read)(const PGconn*)) {
   const char* text = read(connection);
@@ -47,6 +67,7 @@ std::vector<const char*> Values::Pointers() const {
 
 Connection::Connection(std::string_view address, std::chrono::milliseconds patience) : patience_(patience) {
   const std::string given(address);
+  RequireReadable(given);
   // A silent network must not leave the writer's place taken, nor a client waiting, for hours.
   const char* const names[] = {"dbname",
                                "client_encoding",
@@ -157,16 +178,64 @@ void Connection::FreeForgotten() {
   for (const std::string& name : std::exchange(forgotten_, {})) Execute("DEALLOCATE " + name);
 }
 
-void Connection::Start(Prepared& statement, const Values& values) {
-  if (transaction_.empty()) Revive();
+int Connection::Send(const Prepared& statement, const Values& values) {
   const std::vector<const char*> pointers = values.Pointers();
   const int count = static_cast<int>(pointers.size());
+  return pooled_ ? PQsendQueryParams(handle_.get(), statement.sql.c_str(), count, statement.types.data(),
+                                     pointers.data(), nullptr, nullptr, kBinary)
+                 : PQsendQueryPrepared(handle_.get(), statement.name.c_str(), count, pointers.data(), nullptr, nullptr,
+                                       kBinary);
+}
+
+void Connection::SendTogether(std::vector<std::pair<Prepared*, Values>> statements) {
+  if (transaction_.empty()) Revive();
+  for (const auto& [statement, values] : statements) {
+    if (!pooled_) Prepare(*statement);
+  }
+  PQenterPipelineMode(handle_.get());
+  bool sent = true;
+  for (const auto& [statement, values] : statements) {
+    awaited_.push_back(statement);
+    sent = sent && Send(*statement, values) != 0;
+  }
+  if (sent && PQpipelineSync(handle_.get()) != 0) return;
+  DropAnswers();
+  RaiseLost(kNothingWritten);
+}
+
+Result Connection::Answer() {
+  try {
+    PGresult* answer = PQgetResult(handle_.get());
+    if (!answer) RaiseLost(kNothingWritten);
+    Result result = Checked(answer, awaited_.front()->sql);
+    PQclear(PQgetResult(handle_.get()));  // nothing: the end of this statement
+    awaited_.pop_front();
+    if (awaited_.empty()) DropAnswers();
+    return result;
+  } catch (...) {
+    DropAnswers();
+    throw;
+  }
+}
+
+// Up to the mark that stands after the last one.
+void Connection::DropAnswers() noexcept {
+  if (PQpipelineStatus(handle_.get()) == PQ_PIPELINE_OFF) return;
+  for (std::size_t ends = 0; ends <= 2 * awaited_.size() + 1;) {
+    PGresult* left = PQgetResult(handle_.get());
+    const bool mark = PQresultStatus(left) == PGRES_PIPELINE_SYNC;
+    if (!left) ++ends;
+    PQclear(left);
+    if (mark || PQstatus(handle_.get()) != CONNECTION_OK) break;
+  }
+  PQexitPipelineMode(handle_.get());
+  awaited_.clear();
+}
+
+void Connection::Start(Prepared& statement, const Values& values) {
+  if (transaction_.empty()) Revive();
   if (!pooled_) Prepare(statement);
-  const int sent = pooled_ ? PQsendQueryParams(handle_.get(), statement.sql.c_str(), count, statement.types.data(),
-                                               pointers.data(), nullptr, nullptr, kBinary)
-                           : PQsendQueryPrepared(handle_.get(), statement.name.c_str(), count, pointers.data(), nullptr,
-                                                 nullptr, kBinary);
-  if (sent == 0) RaiseLost(kNothingWritten);
+  if (Send(statement, values) == 0) RaiseLost(kNothingWritten);
   PQsetSingleRowMode(handle_.get());
   streaming_ = statement.sql;
 }
@@ -199,8 +268,11 @@ void Connection::Begin() {
   Revive();
   const Result result = [&] {
     try {
-      return Execute("BEGIN ISOLATION LEVEL READ COMMITTED; SELECT tesovia.tsv_tomar_a_vez(" +
-                     std::to_string(patience_.count()) + ")");
+      if (takeTurn_.sql.empty())
+        takeTurn_.sql = "SELECT tesovia.tsv_tomar_a_vez(" + std::to_string(patience_.count()) + ")";
+      SendTogether({{&begin_, {}}, {&takeTurn_, {}}});
+      Answer();
+      return Answer();
     } catch (...) {
       if (PQtransactionStatus(handle_.get()) != PQTRANS_IDLE) PQclear(PQexec(handle_.get(), "ROLLBACK"));
       throw;

@@ -57,7 +57,8 @@ void FillNewLedger(Connection& connection, std::string_view password) {
   if (connection.Text("SHOW server_encoding") != "UTF8")
     Refuse(connection, "O banco de dados deve usar a codificação UTF8.");
   if (!connection.Text("SELECT 'x' FROM pg_namespace WHERE nspname = 'tesovia'").empty())
-    Raise(EngineError::DatabaseExists, connection.Place());
+    throw Erro(static_cast<std::int32_t>(EngineError::DatabaseExists),
+               "O banco de dados '" + connection.Place() + "' já tem um livro-caixa, ou outro esquema 'tesovia'.");
   connection.Execute("BEGIN");
   try {
     CreateFirstSchema(connection);
@@ -75,6 +76,8 @@ void FillNewLedger(Connection& connection, std::string_view password) {
     throw;
   }
 }
+
+void RemoveLedger(Connection& connection) { connection.Execute("DROP SCHEMA tesovia CASCADE"); }
 
 void VerifyLedger(Connection& connection, std::string_view password) {
   if (!HasLedger(connection)) Refuse(connection, "O banco de dados não tem um livro-caixa.");

@@ -11,6 +11,8 @@ namespace tsv::db::postgres {
 // transfers are booked. One that is there already raises 3204; a database that is not in UTF-8, 3343.
 void FillNewLedger(Connection& connection, std::string_view password);
 
+void RemoveLedger(Connection& connection);
+
 // Raises 3343 for a database without a ledger or with a newer one, 3031 for another password.
 void VerifyLedger(Connection& connection, std::string_view password);
 
