@@ -1,5 +1,6 @@
 #include "BalanceCheck.h"
 
+#include "Texts.h"
 #include "types/Conversions.h"
 #include "types/Text.h"
 
@@ -21,6 +22,11 @@ const std::string& TextAt(const db::Recordset& row, Place place) {
 const char* const BalanceCheck::kQuery =
     "SELECT Id, Data, DataId, Realizado, CodConta, CodRecDesp, CodCentroCusto, IdParceiroComl, Valor, SaldoConta, "
     "SaldoRecDesp, SaldoCentroCusto, SaldoParceiroComl, SaldoGlobal FROM Lancamentos ORDER BY DataId";
+
+std::string TextOf(const WrongBalance& wrong) {
+  return "Diferença no lançamento " + std::to_string(wrong.id) + " de " + Day(wrong.date) + " (chave " + wrong.key +
+         "): " + wrong.balance + " gravado " + Amount(wrong.stored) + ", correto " + Amount(wrong.right) + ".";
+}
 
 const std::vector<Currency*>& PrefixTotals::TotalsFor(std::string_view code) {
   const auto [known, isNew] = byCode_.try_emplace(std::string(code));

@@ -39,6 +39,9 @@ struct WrongBalance {
   Currency right;
 };
 
+// "Diferença no lançamento 7 de 05/07/2008 (chave ...): SaldoConta gravado 1,00, correto 2,00."
+std::string TextOf(const WrongBalance& wrong);
+
 // Recomputes the balances of all entries from their amounts alone, one after another in the ledger's order. What it
 // keeps grows with the number of codes and partners, not of entries.
 class BalanceCheck {

@@ -20,5 +20,6 @@ void AddExtrato(CLI::App& app, Context& context);
 void AddDiario(CLI::App& app, Context& context);
 void AddVerificar(CLI::App& app, Context& context);
 void AddConsultar(CLI::App& app, Context& context);
+void AddCopiar(CLI::App& app, Context& context);
 
 }  // namespace tsv::cli

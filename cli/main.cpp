@@ -1,11 +1,14 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <iomanip>
 #include <iostream>
+#include <span>
 
 #include "Commands.h"
 #include "Refusals.h"
+#include "Secrets.h"
 
 namespace {
 
@@ -63,7 +66,7 @@ std::string UsageText(const CLI::ParseError& error, const CLI::App& app) {
 ExitCode Report(const Erro& erro, const Context& context, const ConsoleHost& host) {
   // An error without a description was already told in a message box.
   const bool isTold = erro.Descricao().empty() && !host.LastBox().empty();
-  if (!isTold) std::cerr << ReasonOf(erro, host) << '\n';
+  if (!isTold) std::cerr << Told(ReasonOf(erro, host)) << '\n';
   if (context.detalhes) {
     std::cerr << "Número: " << erro.Numero();
     if (erro.Numero() < 0) {
@@ -76,18 +79,19 @@ ExitCode Report(const Erro& erro, const Context& context, const ConsoleHost& hos
 
 ExitCode RunAction(Context& context) {
   try {
+    RememberWord(context.arquivo);
     context.Begin();
     const ExitCode code = context.action();
     std::cout.flush();
     if (!std::cout) throw Failure(kFailed, "Não foi possível escrever a saída.");
     return code;
   } catch (const Failure& failure) {
-    std::cerr << failure.what() << '\n';
+    std::cerr << Told(failure.what()) << '\n';
     return failure.Code();
   } catch (const Erro& erro) {
     return Report(erro, context, context.Host());
   } catch (const std::exception& unexpected) {
-    std::cerr << "Erro inesperado: " << unexpected.what() << '\n';
+    std::cerr << "Erro inesperado: " << Told(unexpected.what()) << '\n';
     return kFailed;
   }
 }
@@ -98,15 +102,23 @@ ExitCode Run(Context& context) {
   return code;
 }
 
+void RememberWords(std::span<char*> arguments) {
+  for (const char* argument : arguments) RememberWord(argument);
+  if (const char* ledger = std::getenv("TESOVIA_ARQUIVO")) RememberWord(ledger);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
+  RememberWords({argv, static_cast<std::size_t>(argc)});
   Context context;
   CLI::App app("tesovia: um livro de fluxo de caixa com saldos sempre conferidos", "tesovia");
   SpeakPortuguese(app);
   app.require_subcommand(1);
   app.fallthrough();
-  app.add_option("-a,--arquivo", context.arquivo, "O livro")->envname("TESOVIA_ARQUIVO")->type_name("ARQUIVO");
+  app.add_option("-a,--arquivo", context.arquivo, "O livro: um arquivo ou um endereço postgresql://")
+      ->envname("TESOVIA_ARQUIVO")
+      ->type_name("ARQUIVO");
   app.add_option("-u,--usuario", context.usuario, "Login do usuário; a senha é perguntada ou vem de TESOVIA_SENHA")
       ->envname("TESOVIA_USUARIO")
       ->type_name("LOGIN");
@@ -126,6 +138,7 @@ int main(int argc, char** argv) try {
   AddDiario(app, context);
   AddVerificar(app, context);
   AddConsultar(app, context);
+  AddCopiar(app, context);
   NameGroupOfCommands(app);
 
   try {
@@ -133,7 +146,7 @@ int main(int argc, char** argv) try {
   } catch (const CLI::Success& help) {
     return app.exit(help);
   } catch (const CLI::ParseError& error) {
-    std::cerr << UsageText(error, app) << "\nUse --ajuda depois do comando para ver suas opções.\n";
+    std::cerr << Told(UsageText(error, app)) << "\nUse --ajuda depois do comando para ver suas opções.\n";
     return kUsage;
   }
   return Run(context);

@@ -1,37 +1,26 @@
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <iostream>
 
 #include "Asking.h"
 #include "Commands.h"
+#include "Interruption.h"
+#include "NewLedger.h"
 #include "Password.h"
 #include "Registration.h"
-#include "common/CDaoTrans.h"
-#include "common/Engines.h"
-#include "common/Recordsets.h"
+#include "Secrets.h"
 #include "common/Session.h"
 
 namespace tsv::cli {
 namespace {
 
-// A ledger without a user could never be opened, so a failure leaves none behind.
 void CreateWithUser(const std::string& path, const std::string& login, const std::string& name,
                     const std::string& password) {
-  CriarBancoDeDados(path);
-  Session& session = CurrentSession();
-  try {
-    session.BancoDeDados = session.Engine.OpenDatabase(path, false, false, kConnect);
-    InsertUser(1, login, name, password);
-    session.BancoDeDados->Close();
-  } catch (...) {
-    Module1::FecharBanco(session.BancoDeDados);
-    for (const char* suffix : {"", "-wal", "-shm"}) {
-      std::error_code ignored;
-      std::filesystem::remove(path + suffix, ignored);
-    }
-    throw;
-  }
-  session.BancoDeDados.reset();
+  const Interruption interruption;
+  NewLedger ledger(path);
+  CurrentSession().BancoDeDados = ledger.Database();
+  InsertUser(1, login, name, password);
+  interruption.Check();
+  ledger.Keep();
 }
 
 }  // namespace
@@ -43,13 +32,13 @@ void AddCriar(CLI::App& app, Context& context) {
   command->callback([&context, name] {
     context.action = [&context, name] {
       const std::string& path = context.Path();
-      if (std::filesystem::exists(path)) throw Failure(kFailed, "'" + path + "' já existe.");
+      ExpectNoFile(path);
       const std::string login = CheckedLogin(GivenOrAsked(context.usuario, "Login do primeiro usuário", "-u LOGIN"));
       const std::string fullName = CheckedName(GivenOrAsked(*name, "Nome", "--nome NOME"), "Nome", 50);
       const std::string password = CheckedPassword(NewPassword("TESOVIA_SENHA", "Senha de " + login));
       context.Hide(password);
       CreateWithUser(path, login, fullName, password);
-      std::cout << "Livro criado em " << path << ", com o usuário " << login << ".\n";
+      std::cout << "Livro criado em " << Told(path) << ", com o usuário " << login << ".\n";
       return kDone;
     };
   });

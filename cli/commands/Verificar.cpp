@@ -30,9 +30,7 @@ ExitCode Check(Tesovia& tesovia) {
   });
   bar.Wipe();
   if (wrong) {
-    std::cout << "Diferença no lançamento " << wrong->id << " de " << Day(wrong->date) << " (chave " << wrong->key
-              << "): " << wrong->balance << " gravado " << Amount(wrong->stored) << ", correto " << Amount(wrong->right)
-              << ".\nLançamentos conferidos antes dele, sem diferença: " << Count(check.Entries())
+    std::cout << TextOf(*wrong) << "\nLançamentos conferidos antes dele, sem diferença: " << Count(check.Entries())
               << ". Os posteriores não foram conferidos.\n";
     return kRefused;
   }

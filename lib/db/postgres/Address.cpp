@@ -22,14 +22,19 @@ std::string Decoded(std::string_view text) {
   return decoded;
 }
 
-// The last @ ends the password, whether or not those before it should have been written otherwise.
+// The last @ ends the password, whether or not those before it should have been written otherwise. Without one, what
+// stands in a port's place but is no port may be a password whose host was forgotten.
 void HideInUserPart(std::string& address) {
   const std::size_t scheme = address.find(kAfterScheme);
   if (scheme == std::string::npos) return;
   const std::size_t colon = address.find(':', scheme + kAfterScheme.size());
-  const std::size_t end = address.rfind('@');
-  if (colon != std::string::npos && end != std::string::npos && colon < end)
-    address.replace(colon + 1, end - colon - 1, kHidden);
+  if (colon == std::string::npos) return;
+  std::size_t end = address.rfind('@');
+  if (end == std::string::npos || end < colon) {
+    end = std::min(address.find_first_of("/?", colon), address.size());
+    if (address.find_first_not_of("0123456789", colon + 1) >= end) return;
+  }
+  address.replace(colon + 1, end - colon - 1, kHidden);
 }
 
 void HideInOptions(std::string& address) {
