@@ -13,7 +13,7 @@ if [ "$stages" = "--so nucleo" ]; then
   stages=dev
 fi
 need build-essential cmake ninja-build pkg-config libsqlite3-dev libgtest-dev libbenchmark-dev libcli11-dev \
-  nlohmann-json3-dev libcsv-dev
+  nlohmann-json3-dev libcsv-dev libpq-dev postgresql
 
 # The thread sanitizer needs a fixed layout of memory that some kernels do not give by themselves.
 steady() {
