@@ -75,7 +75,8 @@ stop() {
   rm -rf "$folder"
 }
 
-# The first process starts no more while the others are counted.
+# The first process starts no more while the others are counted. Some machines keep the dead as zombies, which make the
+# marks of a running server look true.
 crash() {
   read -r server <"$folder/data/postmaster.pid"
   kill -STOP "$server"
@@ -87,9 +88,9 @@ crash() {
   # shellcheck disable=SC2086
   kill -KILL $processes
   for process in $processes; do
-    while kill -0 "$process" 2>/dev/null; do sleep 0.01; done
+    while read -r _ _ state _ <"/proc/$process/stat" && [ "$state" != Z ]; do sleep 0.01; done 2>/dev/null
   done
-  rm "$folder/data/postmaster.pid"
+  rm "$folder/data/postmaster.pid" "$folder"/.s.PGSQL.*.lock
 }
 
 resume() {
