@@ -16,7 +16,10 @@ Trace::Trace(const std::string& path) {
 
 void Trace::Hide(std::string_view secret) {
   if (secret.empty()) return;
-  for (const std::string quote : {"'", "\""}) hidden_.push_back(quote + std::string(secret) + quote);
+  std::string paired;
+  for (const char c : secret) paired.append(c == '\'' ? 2 : 1, c);
+  hidden_.push_back("'" + paired + "'");
+  hidden_.push_back('"' + std::string(secret) + '"');
 }
 
 void Trace::AboutToRun(std::string_view text) {

@@ -58,10 +58,10 @@ void LedgerCopy::Run() {
   Verify();
 }
 
-// A new ledger holds a serial and a type already.
+// A new ledger holds a serial and a type already, to which nothing refers yet.
 void LedgerCopy::Empty() {
-  for (auto table = tables_.rbegin(); table != tables_.rend(); ++table)
-    target_.Execute("DELETE * FROM [" + table->name + "]", db::dbFailOnError);
+  for (const db::Table& table : tables_)
+    target_.Execute("DELETE * FROM [" + table.name + "]", db::dbFailOnError);
 }
 
 void LedgerCopy::Copy() {

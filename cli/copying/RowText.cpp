@@ -1,8 +1,5 @@
 #include "copying/RowText.h"
 
-#include <cinttypes>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 
 #include "common/Statement.h"
@@ -11,13 +8,10 @@
 namespace tsv::cli {
 namespace {
 
-// Always four decimals, so that all amounts are literals of one kind and statements of one shape.
+// Always with a point, so that all amounts are literals of one kind and statements of one shape.
 std::string ExactAmount(Currency amount) {
-  const std::int64_t units = amount.TenThousandths();
-  char text[32];
-  std::snprintf(text, sizeof text, "%s%" PRId64 ".%04" PRId64, units < 0 ? "-" : "", std::abs(units / Currency::kScale),
-                std::abs(units % Currency::kScale));
-  return text;
+  std::string text = amount.ToText();
+  return text.find('.') == std::string::npos ? text.append(".0") : text;
 }
 
 std::string WithPairs(const std::string& text) {
