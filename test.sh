@@ -2,7 +2,8 @@
 # Builds and tests everything: ./test.sh, or only some stages: ./test.sh dev asan tsan windows windows32 format tidy
 # ./test.sh --so nucleo is the quick one: the core and the command, without sanitizers and Windows.
 # The stages windows and windows32 build the automation server for 64 and 32 bits and run it under Wine.
-# ./test.sh --longo leads the ledger through 200,000 random operations, each held against a model; TSV_SEED repeats them.
+# ./test.sh --longo leads the ledger through 200,000 random operations, each held against a model, and then through the
+# server's proofs at full size: two ledgers in step, eight processes, crashes. TSV_SEED repeats the operations.
 # Installs the Debian packages that are missing. With CI=true the random walks of the SQL front end last a minute.
 set -eu
 cd "$(dirname "$0")"
@@ -77,10 +78,11 @@ for stage in $stages; do
       on_windows windows32 "$PWD/build/wine32/wine"
       ;;
     --longo)
-      say "The ledger against its model: 200,000 operations"
+      say "The ledger against its model: 200,000 operations; then the server's proofs"
       run cmake --preset release
-      run cmake --build --preset release --target model_test
+      run cmake --build --preset release --target model_test concurrency_test
       run env TSV_OPERATIONS=200000 ${TSV_SEED:+"TSV_SEED=$TSV_SEED"} build/release/tests/model_test
+      run tests/postgres/full.sh build/release/tests
       ;;
     format)
       say "Layout of the sources"

@@ -13,5 +13,9 @@ install(FILES ${PROJECT_BINARY_DIR}/TsvLib2Config.cmake ${PROJECT_BINARY_DIR}/Ts
         DESTINATION ${package})
 
 file(RELATIVE_PATH TSV_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+set(TSV_PC_PRIVATE sqlite3)
+if(PostgreSQL_FOUND)
+  string(APPEND TSV_PC_PRIVATE ", libpq")
+endif()
 configure_file(cmake/tsvlib2.pc.in tsvlib2.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/tsvlib2.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

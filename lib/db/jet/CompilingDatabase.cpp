@@ -95,7 +95,7 @@ std::int32_t CompilingDatabase::RecordsAffected() const {
 
 // An observer may step in before any statement, so it sees them go one by one.
 void CompilingDatabase::Announce(const std::vector<std::string_view>& next) {
-  if (level_ > 0 && !lost_ && !observer_) SendAhead(next);
+  if (level_ > 0 && !observer_) InTransaction([&] { SendAhead(next); });
 }
 
 std::shared_ptr<QueryDef> CompilingDatabase::QueryDefs(std::string_view name) {
@@ -165,6 +165,7 @@ void CompilingDatabase::BeginLevel() {
 }
 
 void CompilingDatabase::CommitLevel() {
+  LetGoOfStreams();
   CommitTo(level_ - 1);
   if (--level_ == 0) madeTables_ = false;
 }

@@ -111,7 +111,7 @@ std::string ExpressionWriter::Column(const Expression& e) const {
 }
 
 std::string ExpressionWriter::Aggregate(const Expression& e) {
-  if (e.operands.empty()) return "count(*)";
+  if (e.operands.empty()) return dialect_.Aggregate("Count", ValueType::Long, "*");
   const bool grouped = Grouped(false);
   const std::string value = Operand(e, 0);
   Grouped(grouped);

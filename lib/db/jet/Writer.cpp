@@ -110,7 +110,7 @@ class StatementWriter {
     text += Sources(block);
     if (block.where) text += " WHERE " + expressions_.Write(*block.where);
     for (std::size_t i = 0; i < block.groupBy.size(); ++i) {
-      text += (i == 0 ? " GROUP BY " : ", ") + expressions_.EqualityKey(*block.groupBy[i]);
+      text += (i == 0 ? " GROUP BY " : ", ") + Apart(expressions_.EqualityKey(*block.groupBy[i]), *block.groupBy[i]);
     }
     expressions_.Grouped(grouped);
     if (block.having) text += " HAVING " + expressions_.Write(*block.having);
@@ -150,8 +150,14 @@ class StatementWriter {
     const Expression& key = KeyOf(block, item);
     return key.type == ValueType::Text && !key.exact;
   }
+  // A bare constant as a key would be taken for the place of a column, or refused.
+  static std::string Apart(const std::string& key, const Expression& value) {
+    const bool constant = value.kind == Expression::Kind::Null || value.kind == Expression::Kind::Boolean;
+    return constant ? "(SELECT " + key + ")" : key;
+  }
+
   std::string OrderKey(const SelectBlock& block, const OrderItem& item) {
-    return expressions_.SortKey(KeyOf(block, item));
+    return Apart(expressions_.SortKey(KeyOf(block, item)), KeyOf(block, item));
   }
 
   std::string Sources(const SelectBlock& block) {

@@ -135,15 +135,22 @@ std::string PostgresDialect::LikePrefix(const std::string& text, const std::stri
 std::string PostgresDialect::Magnitude(const std::string& condition) const { return As(condition, "integer"); }
 
 std::string PostgresDialect::Call(const jet::Function& function, std::span<const std::string> arguments,
-                                  std::span<const ValueType> /*types: the server tells its functions apart*/) const {
+                                  std::span<const ValueType> types) const {
   if (SameWord(function.name, "LEN")) return "length(" + arguments[0] + ")";
   std::string list;
-  for (std::size_t i = 0; i < arguments.size(); ++i) list += (i > 0 ? ", " : "") + arguments[i];
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    // The server tells its functions apart by their arguments' types; a bare Null has none.
+    const bool typeless = function.arguments[i] == jet::ArgumentKind::Any && types[i] == ValueType::Null;
+    list += (i > 0 ? ", " : "") + (typeless ? As(arguments[i], "float8") : arguments[i]);
+  }
   return Ours("jet_" + text::Lower(function.name), list);
 }
 
 std::string PostgresDialect::Aggregate(std::string_view name, ValueType type, const std::string& value) const {
   if (SameWord(name, "AVG") && IsAmount(type)) return Ours("tsv_media", "sum(" + value + "), count(" + value + ")");
+  if (SameWord(name, "AVG")) return "(sum(" + value + ") / nullif(count(" + value + "), 0))";
+  if (SameWord(name, "COUNT")) return As("count(" + value + ")", "integer");
+  if (type == ValueType::Null) return Aggregate(name, ValueType::Text, As(value, "text"));  // of Nulls alone
   if (SameWord(name, "FIRST")) return FirstOf(value);
   if (SameWord(name, "LAST")) return "(array_agg(" + value + "))[count(*)]";
   if (SameWord(name, "SINGLE")) return Ours("tsv_single", "array_agg(" + value + ")");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
 #include <limits>
 #include <thread>
 #include <utility>
@@ -38,6 +39,10 @@ void RequireReadable(const std::string& address) {
   }
 }
 
+void RequireSendable(const Values& values) {
+  if (values.Count() > PQ_QUERY_PARAM_MAX_LIMIT) Raise(EngineError::Unsupported, "consulta complexa demais");
+}
+
 std::string Option(const PGconn* connection, char* (*read)(const PGconn*)) {
   const char* text = read(connection);
   return text ? text : "";
@@ -69,14 +74,16 @@ Connection::Connection(std::string_view address, std::chrono::milliseconds patie
   const std::string given(address);
   RequireReadable(given);
   // A silent network must not leave the writer's place taken, nor a client waiting, for hours.
-  const char* const names[] = {"dbname",
-                               "client_encoding",
-                               "fallback_application_name",
-                               "connect_timeout",
+  // What the address says goes before what stands before it here.
+  const char* const waits = std::getenv("PGCONNECT_TIMEOUT") ? nullptr : "10";
+  const char* const names[] = {"fallback_application_name",
                                "keepalives_idle",
                                "tcp_user_timeout",
+                               "connect_timeout",
+                               "dbname",
+                               "client_encoding",
                                nullptr};
-  const char* const values[] = {given.c_str(), "UTF8", "tesovia", "10", "30", "60000", nullptr};
+  const char* const values[] = {"tesovia", "30", "60000", waits, given.c_str(), "UTF8", nullptr};
   handle_.reset(PQconnectdbParams(names, values, 1));
   if (!handle_) Raise(RuntimeError::OutOfMemory);
   place_ = Option(handle_.get(), PQdb) + "@" + Option(handle_.get(), PQhost);
@@ -104,8 +111,8 @@ void Connection::Revive() {
   Greet();
 }
 
+// What was begun stays begun for its owner: nothing runs on a new connection before he has undone it.
 void Connection::RaiseLost(std::string_view outcome) {
-  transaction_.clear();
   throw Erro(static_cast<std::int32_t>(EngineError::ConnectionLost),
              TextOf(EngineError::ConnectionLost, place_).append(" ").append(outcome));
 }
@@ -155,6 +162,7 @@ void Connection::Prepare(Prepared& statement) {
 }
 
 Result Connection::Run(Prepared& statement, const Values& values) {
+  RequireSendable(values);
   if (transaction_.empty()) Revive();
   const std::vector<const char*> pointers = values.Pointers();
   const int count = static_cast<int>(pointers.size());
@@ -233,6 +241,7 @@ void Connection::DropAnswers() noexcept {
 }
 
 void Connection::Start(Prepared& statement, const Values& values) {
+  RequireSendable(values);
   if (transaction_.empty()) Revive();
   if (!pooled_) Prepare(statement);
   if (Send(statement, values) == 0) RaiseLost(kNothingWritten);
@@ -256,7 +265,8 @@ Result Connection::Next() {
 void Connection::Abandon() noexcept {
   if (PGresult* left = PQgetResult(handle_.get())) {
     char ignored[256];
-    if (PGcancel* cancel = PQgetCancel(handle_.get())) {
+    // Inside a transaction a cancelled statement would take all that came before it along.
+    if (PGcancel* cancel = transaction_.empty() ? PQgetCancel(handle_.get()) : nullptr) {
       PQcancel(cancel, ignored, sizeof ignored);
       PQfreeCancel(cancel);
     }
@@ -284,7 +294,9 @@ void Connection::Begin() {
 // When the connection breaks before the answer comes, a new one may ask what became of the transaction. If the server
 // has crashed, its number may have been given away anew: then a committed one may be another's.
 void Connection::Commit() {
-  const std::string transaction = transaction_;
+  // The server would roll back and call that a success.
+  if (PQtransactionStatus(handle_.get()) == PQTRANS_INERROR)
+    Raise(EngineError::InvalidOperation, "a transação falhou e só pode ser desfeita");
   const std::string life = life_;
   try {
     Execute("COMMIT");
@@ -293,6 +305,7 @@ void Connection::Commit() {
   } catch (const Erro&) {
     if (PQstatus(handle_.get()) == CONNECTION_OK) throw;
   }
+  const std::string transaction = std::exchange(transaction_, {});
   constexpr int kAttempts = 20;
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
@@ -314,9 +327,9 @@ void Connection::Commit() {
 
 // A transaction that went with its connection is undone already.
 void Connection::Undo(bool whole) {
+  if (whole) transaction_.clear();
   if (PQstatus(handle_.get()) == CONNECTION_OK && InTransaction())
     Execute(whole ? "ROLLBACK" : "ROLLBACK TO nivel; RELEASE nivel");
-  if (whole) transaction_.clear();
 }
 
 bool Connection::InTransaction() const noexcept {

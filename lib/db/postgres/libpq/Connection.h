@@ -40,6 +40,7 @@ class Values {
   void Reserve(std::size_t count);
   void AddNull() { texts_.push_back({std::string(), true}); }
   void Add(std::string text) { texts_.push_back({std::move(text), false}); }
+  std::size_t Count() const noexcept { return texts_.size(); }
   std::vector<const char*> Pointers() const;
 
  private:

@@ -49,6 +49,7 @@ Erro ForeignKeyError(const PGresult* result, std::string_view sql) {
 
 // Classes of the standard and the server's own, most of them by their first two characters.
 Erro OfState(std::string_view state, const PGresult* result, std::string_view place) {
+  if (state == "25P02") return Engine(EngineError::InvalidOperation, "a transação falhou e só pode ser desfeita");
   if (state == "25006") return Engine(EngineError::ReadOnly);
   if (state == "42501") return Engine(EngineError::CannotOpen, place);
   if (state == "42P01") return Engine(EngineError::UnknownTable, Part(result, PG_DIAG_TABLE_NAME));
@@ -95,7 +96,7 @@ Erro ConnectionError(const PGconn* connection) {
 
 bool IsShutdown(const PGresult* result) noexcept {
   const std::string_view state = Part(result, PG_DIAG_SQLSTATE);
-  return state.starts_with("57P") || state.starts_with("08");
+  return state.starts_with("57P") || state.starts_with("08") || state == "25P03";
 }
 
 }  // namespace tsv::db::postgres

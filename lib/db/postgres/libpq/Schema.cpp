@@ -1,6 +1,7 @@
 #include "db/postgres/libpq/Schema.h"
 
 #include <charconv>
+#include <cstdint>
 #include <utility>
 
 #include "db/ColumnCatalog.h"
@@ -8,12 +9,25 @@
 #include "db/EngineError.h"
 #include "db/postgres/PostgresDialect.h"
 #include "types/Erro.h"
+#include "types/Text.h"
 
 namespace tsv::db::postgres {
 namespace {
 
 std::string Quoted(std::string_view name) { return PostgresDialect().Name(name); }
 std::string QuotedTable(std::string_view name) { return PostgresDialect().TableName(name); }
+
+// A name made of other names, which the server would cut short: its beginning and a sum of the whole.
+std::string Fitting(std::string name) {
+  constexpr std::size_t kLongest = 63;
+  constexpr std::size_t kBeginning = 48;
+  if (name.size() <= kLongest) return name;
+  std::uint32_t sum = 2'166'136'261U;
+  for (const char c : name) sum = (sum ^ static_cast<unsigned char>(c)) * 16'777'619U;
+  std::size_t end = 0;
+  for (std::size_t next = 0; next <= kBeginning; text::NextCodePoint(name, next)) end = next;
+  return name.substr(0, end) + "~" + std::to_string(sum);
+}
 
 // A column beside one of text, in which relationships meet: they compare without regard to case, as everything does.
 std::string KeyColumn(std::string_view column) { return Quoted(std::string(column) + "~"); }
@@ -53,7 +67,7 @@ std::string Rules(const Table& table, const Column& column) {
   std::string rules;
   const std::string name = Quoted(column.name);
   const auto add = [&](std::int32_t number, const std::string& condition) {
-    rules += " CONSTRAINT " + Quoted(RuleName(number, table, column)) + " CHECK (" + condition + ")";
+    rules += " CONSTRAINT " + Quoted(Fitting(RuleName(number, table, column))) + " CHECK (" + condition + ")";
   };
   const auto overflow = static_cast<std::int32_t>(RuntimeError::Overflow);
   switch (column.type) {
@@ -98,8 +112,8 @@ std::string IndexDefinition(const Table& table, const Index& index) {
         (columns.empty() ? "" : ", ") + (folded ? PostgresDialect().EqualityKey(quoted) : quoted) + " NULLS FIRST";
     name += "." + part;
   }
-  return (index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") + Quoted(name) + " ON " + QuotedTable(table.name) +
-         " (" + columns + ")";
+  return (index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") + Quoted(Fitting(name)) + " ON " +
+         QuotedTable(table.name) + " (" + columns + ")";
 }
 
 std::string AddKeyColumn(const std::string& table, const std::string& column) {

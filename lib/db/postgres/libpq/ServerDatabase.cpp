@@ -112,6 +112,10 @@ void ServerDatabase::SendAhead(const std::vector<std::string_view>& next) {
     connection_->SendTogether(std::move(statements));
   } catch (const Erro&) {
     announced_.clear();
+    if (HasLostTransaction()) throw;
+  } catch (...) {
+    announced_.clear();
+    throw;
   }
 }
 
