@@ -177,7 +177,11 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
     const Statement insert = EntryInsert(literals);
     const Statement journal = JournalInsert(literals);
     const Statement shift = Deslocamento(classificacao, Valor, lugar.DataId, kShift);
-    Anunciar({&claim, &insert, &journal, &shift});
+    const std::string_view codCCusto =
+        classificacao.CodCentroCusto.empty() ? db::kNoCostCentreToVerify : classificacao.CodCentroCusto;
+    Anunciar({&claim, &insert, &journal, &shift},
+             *ConsultaDeSaldosAte(classificacao.IdParceiroComl, codCCusto, classificacao.CodConta,
+                                  classificacao.CodRecDesp, lugar.DataId, " "));
     ReivindicarSerial(lugar.Serial, TS_ERRO_LANCAMENTO);
 
     // The box has told the user why; the error without a text keeps the client from telling it again.
@@ -192,8 +196,6 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
 
     shift.Execute();
 
-    const std::string_view codCCusto =
-        classificacao.CodCentroCusto.empty() ? db::kNoCostCentreToVerify : classificacao.CodCentroCusto;
     if (!VerificarApos(classificacao.IdParceiroComl, codCCusto, classificacao.CodConta, classificacao.CodRecDesp,
                        lugar.DataId, " ", lugar.Novos)) {
       GerarErro(TS_ERRO_LANCAMENTO,

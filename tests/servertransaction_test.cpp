@@ -82,7 +82,7 @@ TEST_F(ServerTransaction, AFailedOneIsNotReportedAsKept) {
 
 TEST_F(ServerTransaction, NothingGoesOnWithoutWhatALostConnectionTookAlong) {
   const std::function<void()> notices[] = {
-      [&] { user->database->Announce({"INSERT INTO Marcas (Id) SELECT 2 FROM Serial"}); },
+      [&] { user->database->Announce({"INSERT INTO Marcas (Id) SELECT 2 FROM Serial"}, nullptr); },
       [&] { user->database->CreateQueryDef("SELECT Id, Id FROM Marcas WHERE Id = [p]"); }, [&] { Insert("Marcas", 2); },
       [&] {
         user->Workspace().BeginTrans();

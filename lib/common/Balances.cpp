@@ -91,16 +91,22 @@ void DeslocarSaldos(const Classificacao& classificacao, Currency valor, std::str
   Deslocamento(classificacao, valor, dataId, texto).Execute();
 }
 
-Saldos LerSaldosAte(std::int32_t idParceiro, std::string_view codCCusto, std::string_view codConta,
-                    std::string_view codRecDesp, std::string_view novoDataId, std::string_view antigoDataId) {
-  const auto query = BancoAberto()->QueryDefs("ParQryLastSaldosByDataId");
+std::shared_ptr<db::QueryDef> ConsultaDeSaldosAte(std::int32_t idParceiro, std::string_view codCCusto,
+                                                  std::string_view codConta, std::string_view codRecDesp,
+                                                  std::string_view novoDataId, std::string_view antigoDataId) {
+  auto query = BancoAberto()->QueryDefs("ParQryLastSaldosByDataId");
   query->Parameters("IdParceiro").Value = idParceiro;
   query->Parameters("CodCCusto").Value = std::string(codCCusto);
   query->Parameters("CodCon").Value = std::string(codConta);
   query->Parameters("CodRecDes").Value = std::string(codRecDesp);
   query->Parameters("ParNewDataId").Value = std::string(novoDataId);
   query->Parameters("ParOldDataId").Value = std::string(antigoDataId);
+  return query;
+}
 
+Saldos LerSaldosAte(std::int32_t idParceiro, std::string_view codCCusto, std::string_view codConta,
+                    std::string_view codRecDesp, std::string_view novoDataId, std::string_view antigoDataId) {
+  const auto query = ConsultaDeSaldosAte(idParceiro, codCCusto, codConta, codRecDesp, novoDataId, antigoDataId);
   const ScopedRecordset row(query->OpenRecordset());
   Saldos saldos;
   saldos.Conta = Balance(*row, "SaldoConta");

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "common/Errors.h"
+#include "db/Database.h"
 #include "types/Currency.h"
 #include "types/Date.h"
 
@@ -85,7 +86,7 @@ class Statement {
   std::string text_;
 };
 
-// Tells the session's database that these will be executed next (see Database::Announce).
-void Anunciar(const std::vector<const Statement*>& next);
+// Tells the session's database that these will be executed next, and the query opened then (see Database::Announce).
+void Anunciar(const std::vector<const Statement*>& next, const db::QueryDef& query);
 
 }  // namespace tsv::Module1

@@ -71,6 +71,14 @@ Prepared Call(const StoredQuery& query) {
   return call;
 }
 
+Values BoundCall(const jet::Parameters& parameters) {
+  Values values;
+  values.Reserve(parameters.size());
+  for (const QueryDef::Parameter& parameter : parameters)
+    AddValue(values, parameter.Value, TypeOfParameter(parameter.Name));
+  return values;
+}
+
 }  // namespace
 
 struct ServerDatabase::Template : jet::Template {
@@ -86,7 +94,9 @@ struct ServerDatabase::Template : jet::Template {
 };
 
 ServerDatabase::ServerDatabase(std::shared_ptr<Connection> connection, bool readOnly)
-    : connection_(std::move(connection)), readOnly_(readOnly) {}
+    : connection_(std::move(connection)), readOnly_(readOnly) {
+  storedQueries_.reserve(2);  // they stay where they are
+}
 
 ServerDatabase::~ServerDatabase() {
   if (ServerDatabase::IsOpen()) Close();
@@ -97,7 +107,8 @@ void ServerDatabase::RequireNothingAnnounced() const {
 }
 
 // What cannot be sent now fails when it is executed.
-void ServerDatabase::SendAhead(const std::vector<std::string_view>& next) {
+void ServerDatabase::SendAhead(const std::vector<std::string_view>& next, const StoredQuery* query,
+                               const Parameters& parameters) {
   RequireNothingAnnounced();
   LetGoOfStreams();
   try {
@@ -107,7 +118,11 @@ void ServerDatabase::SendAhead(const std::vector<std::string_view>& next) {
       RequireExecutable(source->compiled);
       if (source->compiled.kind == jet::StatementKind::CreateTable) return announced_.clear();
       statements.emplace_back(&source->prepared, Bound(source->compiled, nullptr));
-      announced_.emplace_back(sql, source);
+      announced_.push_back({std::string(sql), source, {}, {}});
+    }
+    if (query) {
+      statements.emplace_back(&CallOf(*query), BoundCall(parameters));
+      announced_.push_back({{}, nullptr, query->kind, parameters});
     }
     connection_->SendTogether(std::move(statements));
   } catch (const Erro&) {
@@ -119,15 +134,33 @@ void ServerDatabase::SendAhead(const std::vector<std::string_view>& next) {
   }
 }
 
+Result ServerDatabase::TakeAnswer() {
+  const Announced answered = std::move(announced_.front());  // its text is in use until the answer is here
+  announced_.pop_front();
+  try {
+    return connection_->Answer();
+  } catch (...) {
+    announced_.clear();
+    throw;
+  }
+}
+
+Prepared& ServerDatabase::CallOf(const StoredQuery& query) {
+  const auto known = std::find_if(storedQueries_.begin(), storedQueries_.end(),
+                                  [&](const auto& stored) { return stored.first == query.kind; });
+  if (known != storedQueries_.end()) return known->second;
+  return storedQueries_.emplace_back(query.kind, Call(query)).second;
+}
+
 std::shared_ptr<Recordset> ServerDatabase::Select(const StoredQuery& query, const Parameters& parameters) {
+  const auto isNext = [&](const Announced& next) {
+    return !next.source && next.kind == query.kind &&
+           std::equal(parameters.begin(), parameters.end(), next.parameters.begin(), next.parameters.end(),
+                      [](const auto& a, const auto& b) { return a.Value == b.Value; });
+  };
+  if (!announced_.empty() && isNext(announced_.front())) return Kept(TakeAnswer(), query.fields);
   RequireNothingAnnounced();
-  auto known = std::find_if(storedQueries_.begin(), storedQueries_.end(),
-                            [&](const auto& stored) { return stored.first == query.kind; });
-  if (known == storedQueries_.end()) known = storedQueries_.insert(known, {query.kind, Call(query)});
-  Values values;
-  for (const QueryDef::Parameter& parameter : parameters)
-    AddValue(values, parameter.Value, TypeOfParameter(parameter.Name));
-  return Kept(connection_->Run(known->second, values), query.fields);
+  return Kept(connection_->Run(CallOf(query), BoundCall(parameters)), query.fields);
 }
 
 std::shared_ptr<Recordset> ServerDatabase::Select(std::string_view sql, RecordsetTypeEnum type,
@@ -147,16 +180,7 @@ void ServerDatabase::RequireWritable() const {
 }
 
 std::int32_t ServerDatabase::Change(std::string_view sql) {
-  if (!announced_.empty() && announced_.front().first == sql) {
-    const std::shared_ptr<Template> source = std::move(announced_.front().second);
-    announced_.pop_front();
-    try {
-      return connection_->Answer().Affected();
-    } catch (...) {
-      announced_.clear();
-      throw;
-    }
-  }
+  if (!announced_.empty() && announced_.front().source && announced_.front().sql == sql) return TakeAnswer().Affected();
   RequireNothingAnnounced();
   LetGoOfStreams();
   const std::shared_ptr<Template> source = Compile(sql);

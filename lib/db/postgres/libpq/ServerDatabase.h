@@ -28,7 +28,8 @@ class ServerDatabase final : public jet::CompilingDatabase {
                                     const Parameters* parameters) override;
   std::shared_ptr<Recordset> Select(const StoredQuery& query, const Parameters& parameters) override;
   std::int32_t Change(std::string_view sql) override;
-  void SendAhead(const std::vector<std::string_view>& next) override;
+  void SendAhead(const std::vector<std::string_view>& next, const StoredQuery* query,
+                 const Parameters& parameters) override;
   std::vector<std::string> ParametersOf(std::string_view sql) override;
   void CloseEngine() override;
   void BeginOn(int level) override;
@@ -40,7 +41,10 @@ class ServerDatabase final : public jet::CompilingDatabase {
   std::shared_ptr<Template> Compile(std::string_view sql);
   const Catalog& CurrentCatalog();
   Values Bound(const jet::Compiled& compiled, const Parameters* parameters) const;
+  Prepared& CallOf(const StoredQuery& query);
   void RequireWritable() const;
+  // The answer to the announced statement or query that stands first.
+  Result TakeAnswer();
   // Raises 51 while announced statements were not executed: the transaction holds what its caller did not ask for.
   void RequireNothingAnnounced() const;
 
@@ -50,7 +54,15 @@ class ServerDatabase final : public jet::CompilingDatabase {
   std::string catalogVersion_;
   jet::TemplateCache<Template> cache_;
   std::vector<std::pair<StoredQuery::Kind, Prepared>> storedQueries_;
-  std::deque<std::pair<std::string, std::shared_ptr<Template>>> announced_;  // and sent
+
+  // What was announced and sent: statements, and at the end perhaps a query.
+  struct Announced {
+    std::string sql;
+    std::shared_ptr<Template> source;  // nothing: the query of the kind, with the parameters
+    StoredQuery::Kind kind = {};
+    Parameters parameters;
+  };
+  std::deque<Announced> announced_;
 };
 
 }  // namespace tsv::db::postgres
