@@ -60,8 +60,7 @@ void LedgerCopy::Run() {
 
 // A new ledger holds a serial and a type already, to which nothing refers yet.
 void LedgerCopy::Empty() {
-  for (const db::Table& table : tables_)
-    target_.Execute("DELETE * FROM [" + table.name + "]", db::dbFailOnError);
+  for (const db::Table& table : tables_) target_.Execute("DELETE * FROM [" + table.name + "]", db::dbFailOnError);
 }
 
 void LedgerCopy::Copy() {
