@@ -43,6 +43,35 @@ std::string SqlDialect::ToBoolean(const std::string& value, ValueType from) cons
   return Infix(from == ValueType::Date ? ToDouble(value, from) : value, "<>", "0");
 }
 
+std::string SqlDialect::ToWhole(const std::string& value, ValueType from) const {
+  if (from == ValueType::Boolean) return ConditionToWhole(value);
+  if (IsAmount(from)) return Ours("tsv_long_from_currency", value);
+  if (from == ValueType::Text) return Ours("tsv_parse_long", value);
+  return Ours("tsv_round_long", ToDouble(value, from));
+}
+
+std::string SqlDialect::ToAmount(const std::string& value, ValueType from) const {
+  if (from == ValueType::Boolean) return WholeToAmount(ConditionToWhole(value));
+  if (IsWhole(from)) return WholeToAmount(value);
+  if (from == ValueType::Text) return Ours("tsv_parse_currency", value);
+  return Ours("tsv_currency", ToDouble(value, from));
+}
+
+std::string SqlDialect::ToDouble(const std::string& value, ValueType from) const {
+  if (from == ValueType::Boolean) return WholeToDouble(ConditionToWhole(value));
+  if (IsWhole(from)) return WholeToDouble(value);
+  if (IsAmount(from)) return AmountToDouble(value);
+  if (from == ValueType::Date) return Ours("tsv_date_to_days", value);
+  return from == ValueType::Text ? Ours("tsv_parse_double", value) : value;
+}
+
+std::string SqlDialect::ToText(const std::string& value, ValueType from) const {
+  if (from == ValueType::Boolean) return WholeToText(ConditionToWhole(value));
+  if (IsWhole(from)) return WholeToText(value);
+  if (IsAmount(from)) return Ours("tsv_text_currency", value);
+  return Ours(from == ValueType::Date ? "tsv_text_date" : "tsv_text_double", value);
+}
+
 std::string SqlDialect::Arithmetic(std::string_view op, ValueType type, const std::string& a,
                                    const std::string& b) const {
   const std::string both = a + ", " + b;

@@ -19,11 +19,19 @@ class SqlDialect : public Dialect {
   // A call of one of the functions that the engine was given, by the name that all engines know it by.
   virtual std::string Ours(std::string_view function, const std::string& arguments) const = 0;
 
-  virtual std::string ToBoolean(const std::string& value, ValueType from) const;
-  virtual std::string ToDouble(const std::string& value, ValueType from) const = 0;
-  virtual std::string ToWhole(const std::string& value, ValueType from) const = 0;
-  virtual std::string ToAmount(const std::string& value, ValueType from) const = 0;
-  virtual std::string ToText(const std::string& value, ValueType from) const = 0;
+  // What an engine has its own forms for; every other conversion is made of these and of the functions it was given.
+  virtual std::string ConditionToWhole(const std::string& condition) const = 0;  // True is -1
+  virtual std::string WholeToDouble(const std::string& value) const = 0;
+  virtual std::string WholeToAmount(const std::string& value) const = 0;
+  virtual std::string WholeToText(const std::string& value) const = 0;
+  virtual std::string AmountToDouble(const std::string& value) const = 0;
+
+ private:
+  std::string ToBoolean(const std::string& value, ValueType from) const;
+  std::string ToWhole(const std::string& value, ValueType from) const;
+  std::string ToAmount(const std::string& value, ValueType from) const;
+  std::string ToDouble(const std::string& value, ValueType from) const;
+  std::string ToText(const std::string& value, ValueType from) const;
 };
 
 }  // namespace tsv::db::jet

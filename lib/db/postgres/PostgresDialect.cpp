@@ -15,8 +15,6 @@ constexpr std::size_t kLongestName = 63;
 
 std::string As(const std::string& value, std::string_view type) { return "(" + value + ")::" + std::string(type); }
 
-std::string MinusOne(const std::string& condition) { return "(-" + As(condition, "integer") + ")"; }
-
 std::string FirstOf(const std::string& value) { return "(array_agg(" + value + "))[1]"; }
 
 }  // namespace
@@ -25,46 +23,14 @@ std::string PostgresDialect::Ours(std::string_view function, const std::string& 
   return std::string("tesovia.").append(function) + "(" + arguments + ")";
 }
 
-std::string PostgresDialect::ToDouble(const std::string& value, ValueType from) const {
-  switch (from) {
-    case ValueType::Boolean:
-      return As(MinusOne(value), "float8");
-    case ValueType::Byte:
-    case ValueType::Long:
-      return As(value, "float8");
-    case ValueType::Decimal:
-    case ValueType::Currency:
-      return Ours("tsv_double_de_quantia", value);
-    case ValueType::Date:
-      return Ours("tsv_date_to_days", value);
-    case ValueType::Text:
-      return Ours("tsv_parse_double", value);
-    case ValueType::Null:
-    case ValueType::Double:
-      break;
-  }
-  return value;
+std::string PostgresDialect::ConditionToWhole(const std::string& condition) const {
+  return "(-" + As(condition, "integer") + ")";
 }
-
-std::string PostgresDialect::ToWhole(const std::string& value, ValueType from) const {
-  if (from == ValueType::Boolean) return MinusOne(value);
-  if (IsAmount(from)) return Ours("tsv_long_from_currency", value);
-  if (from == ValueType::Text) return Ours("tsv_parse_long", value);
-  return Ours("tsv_round_long", ToDouble(value, from));
-}
-
-std::string PostgresDialect::ToAmount(const std::string& value, ValueType from) const {
-  if (from == ValueType::Boolean) return As(MinusOne(value), "numeric");
-  if (IsWhole(from)) return As(value, "numeric");
-  if (from == ValueType::Text) return Ours("tsv_parse_currency", value);
-  return Ours("tsv_currency", ToDouble(value, from));
-}
-
-std::string PostgresDialect::ToText(const std::string& value, ValueType from) const {
-  if (from == ValueType::Boolean) return As(MinusOne(value), "text");
-  if (IsWhole(from)) return As(value, "text");
-  if (IsAmount(from)) return Ours("tsv_text_currency", value);
-  return Ours(from == ValueType::Date ? "tsv_text_date" : "tsv_text_double", value);
+std::string PostgresDialect::WholeToDouble(const std::string& value) const { return As(value, "float8"); }
+std::string PostgresDialect::WholeToAmount(const std::string& value) const { return As(value, "numeric"); }
+std::string PostgresDialect::WholeToText(const std::string& value) const { return As(value, "text"); }
+std::string PostgresDialect::AmountToDouble(const std::string& value) const {
+  return Ours("tsv_double_de_quantia", value);
 }
 
 std::string PostgresDialect::Parameter(std::size_t place) const { return "$" + std::to_string(place); }

@@ -32,10 +32,11 @@ class PostgresDialect final : public jet::SqlDialect {
 
  private:
   std::string Ours(std::string_view function, const std::string& arguments) const override;
-  std::string ToDouble(const std::string& value, ValueType from) const override;
-  std::string ToWhole(const std::string& value, ValueType from) const override;
-  std::string ToAmount(const std::string& value, ValueType from) const override;
-  std::string ToText(const std::string& value, ValueType from) const override;
+  std::string ConditionToWhole(const std::string& condition) const override;
+  std::string WholeToDouble(const std::string& value) const override;
+  std::string WholeToAmount(const std::string& value) const override;
+  std::string WholeToText(const std::string& value) const override;
+  std::string AmountToDouble(const std::string& value) const override;
 };
 
 }  // namespace tsv::db::postgres

@@ -38,47 +38,11 @@ std::string SqliteDialect::Ours(std::string_view function, const std::string& ar
   return std::string(function) + "(" + arguments + ")";
 }
 
-std::string SqliteDialect::ToDouble(const std::string& value, ValueType from) const {
-  switch (from) {
-    case ValueType::Boolean:
-      return Infix(value, "*", "-1.0");
-    case ValueType::Byte:
-    case ValueType::Long:
-      return "CAST(" + value + " AS REAL)";
-    case ValueType::Decimal:
-    case ValueType::Currency:
-      return Infix(value, "/", "10000.0");
-    case ValueType::Date:
-      return Ours("tsv_date_to_days", value);
-    case ValueType::Text:
-      return Ours("tsv_parse_double", value);
-    case ValueType::Null:
-    case ValueType::Double:
-      break;
-  }
-  return value;
-}
-
-std::string SqliteDialect::ToWhole(const std::string& value, ValueType from) const {
-  if (from == ValueType::Boolean) return "(-" + value + ")";
-  if (IsAmount(from)) return Ours("tsv_long_from_currency", value);
-  if (from == ValueType::Text) return Ours("tsv_parse_long", value);
-  return Ours("tsv_round_long", ToDouble(value, from));
-}
-
-std::string SqliteDialect::ToAmount(const std::string& value, ValueType from) const {
-  if (from == ValueType::Boolean) return Infix(value, "*", "-10000");
-  if (IsWhole(from)) return Infix(value, "*", "10000");
-  if (from == ValueType::Text) return Ours("tsv_parse_currency", value);
-  return Ours("tsv_currency", ToDouble(value, from));
-}
-
-std::string SqliteDialect::ToText(const std::string& value, ValueType from) const {
-  if (from == ValueType::Boolean) return "CAST(-" + value + " AS TEXT)";
-  if (IsWhole(from)) return "CAST(" + value + " AS TEXT)";
-  if (IsAmount(from)) return Ours("tsv_text_currency", value);
-  return Ours(from == ValueType::Date ? "tsv_text_date" : "tsv_text_double", value);
-}
+std::string SqliteDialect::ConditionToWhole(const std::string& condition) const { return "(-" + condition + ")"; }
+std::string SqliteDialect::WholeToDouble(const std::string& value) const { return "CAST(" + value + " AS REAL)"; }
+std::string SqliteDialect::WholeToAmount(const std::string& value) const { return Infix(value, "*", "10000"); }
+std::string SqliteDialect::WholeToText(const std::string& value) const { return "CAST(" + value + " AS TEXT)"; }
+std::string SqliteDialect::AmountToDouble(const std::string& value) const { return Infix(value, "/", "10000.0"); }
 
 std::string SqliteDialect::Parameter(std::size_t place) const { return "?" + std::to_string(place); }
 

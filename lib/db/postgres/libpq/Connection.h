@@ -75,16 +75,15 @@ class Connection {
   std::string Text(const std::string& sql, const std::vector<std::string>& texts = {});  // empty: no row, or Null
 
   Result Run(Prepared& statement, const Values& values);
+  void Forget(Prepared& statement);  // frees it on the server when that is convenient
 
   // Sends statements together. Answer gives their results one by one, in their order; when one has failed, those after
   // it were not run and their answers are gone. While there are answers to come, nothing else may run.
   void SendTogether(std::vector<std::pair<Prepared*, Values>> statements);
   Result Answer();
   void DropAnswers() noexcept;
-  bool HasAnswers() const noexcept { return !awaited_.empty(); }
-  void Forget(Prepared& statement);  // frees it on the server when that is convenient
 
-  // The same, but its rows are fetched one by one: until Next has returned none, nothing else may run.
+  // Runs it, too, but its rows are fetched one by one: until Next has returned none, nothing else may run.
   void Start(Prepared& statement, const Values& values);
   Result Next();  // of no rows at the end
   void Abandon() noexcept;
@@ -125,7 +124,6 @@ class Connection {
   std::deque<const Prepared*> awaited_;
   Prepared begin_{"BEGIN ISOLATION LEVEL READ COMMITTED", {}, {}, 0};
   Prepared takeTurn_;
-  Prepared commit_{"COMMIT", {}, {}, 0};
 };
 
 }  // namespace tsv::db::postgres
