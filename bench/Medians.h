@@ -5,9 +5,21 @@
 #include <cstdio>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tsv::bench {
+
+// A benchmark whose repetitions are each so many postings.
+template <typename Body>
+void RegisterPostings(const std::string& name, int iterations, int repetitions, Body body) {
+  benchmark::RegisterBenchmark(name.c_str(), std::move(body))
+      ->Iterations(iterations)
+      ->Repetitions(repetitions)
+      ->ReportAggregatesOnly(false)
+      ->UseRealTime()
+      ->Unit(benchmark::kMicrosecond);
+}
 
 // Keeps the median of each benchmark beside showing it.
 class Medians : public benchmark::ConsoleReporter {

@@ -91,13 +91,8 @@ void Run(benchmark::State& state, Rig& rig, Writer writer, const Change& change)
 
 void Register(const std::string& name, Rig& rig, Writer writer, int iterations, int repetitions,
               const Change& change = {}) {
-  benchmark::RegisterBenchmark(name.c_str(),
-                               [&rig, writer, change](benchmark::State& state) { Run(state, rig, writer, change); })
-      ->Iterations(iterations)
-      ->Repetitions(repetitions)
-      ->ReportAggregatesOnly(false)
-      ->UseRealTime()
-      ->Unit(benchmark::kMicrosecond);
+  RegisterPostings(name, iterations, repetitions,
+                   [&rig, writer, change](benchmark::State& state) { Run(state, rig, writer, change); });
 }
 
 }  // namespace

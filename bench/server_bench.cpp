@@ -61,23 +61,17 @@ using Post = std::function<void(const Posting&)>;
 
 void Register(const std::string& name, const SampleLedger& sample, const Post& post, bool backDated) {
   const Date early = sample.DayBeforeLast(100'000);
-  benchmark::RegisterBenchmark(name.c_str(),
-                               [=, &sample](benchmark::State& state) {
-                                 std::mt19937 random(7);
-                                 for ([[maybe_unused]] auto _ : state) {
-                                   state.PauseTiming();
-                                   Posting posting = sample.Ordinary(random);
-                                   if (backDated) posting.date = early;
-                                   state.ResumeTiming();
-                                   post(posting);
-                                 }
-                                 state.SetItemsProcessed(state.iterations());
-                               })
-      ->Iterations(backDated ? 1 : 100)
-      ->Repetitions(backDated ? 9 : 31)
-      ->ReportAggregatesOnly(false)
-      ->UseRealTime()
-      ->Unit(benchmark::kMicrosecond);
+  RegisterPostings(name, backDated ? 1 : 100, backDated ? 9 : 31, [=, &sample](benchmark::State& state) {
+    std::mt19937 random(7);
+    for ([[maybe_unused]] auto _ : state) {
+      state.PauseTiming();
+      Posting posting = sample.Ordinary(random);
+      if (backDated) posting.date = early;
+      state.ResumeTiming();
+      post(posting);
+    }
+    state.SetItemsProcessed(state.iterations());
+  });
 }
 
 }  // namespace
