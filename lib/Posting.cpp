@@ -180,8 +180,8 @@ std::shared_ptr<CLancamento> Tesovia::FazerLancamentoTS(Date DataPrevisao, Date 
     const std::string_view codCCusto =
         classificacao.CodCentroCusto.empty() ? db::kNoCostCentreToVerify : classificacao.CodCentroCusto;
     Anunciar({&claim, &insert, &journal, &shift},
-             *ConsultaDeSaldosAte(classificacao.IdParceiroComl, codCCusto, classificacao.CodConta,
-                                  classificacao.CodRecDesp, lugar.DataId, " "));
+             ConsultaDeSaldosAte(classificacao.IdParceiroComl, codCCusto, classificacao.CodConta,
+                                 classificacao.CodRecDesp, lugar.DataId, " "));
     ReivindicarSerial(lugar.Serial, TS_ERRO_LANCAMENTO);
 
     // The box has told the user why; the error without a text keeps the client from telling it again.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <utility>
 
 #include "common/Errors.h"
 #include "common/Recordsets.h"
@@ -91,22 +92,24 @@ void DeslocarSaldos(const Classificacao& classificacao, Currency valor, std::str
   Deslocamento(classificacao, valor, dataId, texto).Execute();
 }
 
-std::shared_ptr<db::QueryDef> ConsultaDeSaldosAte(std::int32_t idParceiro, std::string_view codCCusto,
-                                                  std::string_view codConta, std::string_view codRecDesp,
-                                                  std::string_view novoDataId, std::string_view antigoDataId) {
-  auto query = BancoAberto()->QueryDefs("ParQryLastSaldosByDataId");
-  query->Parameters("IdParceiro").Value = idParceiro;
-  query->Parameters("CodCCusto").Value = std::string(codCCusto);
-  query->Parameters("CodCon").Value = std::string(codConta);
-  query->Parameters("CodRecDes").Value = std::string(codRecDesp);
-  query->Parameters("ParNewDataId").Value = std::string(novoDataId);
-  query->Parameters("ParOldDataId").Value = std::string(antigoDataId);
-  return query;
+db::QueryCall ConsultaDeSaldosAte(std::int32_t idParceiro, std::string_view codCCusto, std::string_view codConta,
+                                  std::string_view codRecDesp, std::string_view novoDataId,
+                                  std::string_view antigoDataId) {
+  return {"ParQryLastSaldosByDataId",
+          {{"IdParceiro", idParceiro},
+           {"CodCCusto", std::string(codCCusto)},
+           {"CodCon", std::string(codConta)},
+           {"CodRecDes", std::string(codRecDesp)},
+           {"ParNewDataId", std::string(novoDataId)},
+           {"ParOldDataId", std::string(antigoDataId)}}};
 }
 
 Saldos LerSaldosAte(std::int32_t idParceiro, std::string_view codCCusto, std::string_view codConta,
                     std::string_view codRecDesp, std::string_view novoDataId, std::string_view antigoDataId) {
-  const auto query = ConsultaDeSaldosAte(idParceiro, codCCusto, codConta, codRecDesp, novoDataId, antigoDataId);
+  db::QueryCall call = ConsultaDeSaldosAte(idParceiro, codCCusto, codConta, codRecDesp, novoDataId, antigoDataId);
+  const auto query = BancoAberto()->QueryDefs(call.name);
+  for (db::QueryDef::Parameter& parameter : call.parameters)
+    query->Parameters(parameter.Name).Value = std::move(parameter.Value);
   const ScopedRecordset row(query->OpenRecordset());
   Saldos saldos;
   saldos.Conta = Balance(*row, "SaldoConta");

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -78,10 +77,9 @@ Statement Deslocamento(const Classificacao& classificacao, Currency valor, std::
 // that no entry has ("@@@", "$@#") and partner 0 stand for none.
 Saldos LerSaldosAte(std::int32_t idParceiro, std::string_view codCCusto, std::string_view codConta,
                     std::string_view codRecDesp, std::string_view novoDataId, std::string_view antigoDataId);
-std::shared_ptr<db::QueryDef> ConsultaDeSaldosAte(std::int32_t idParceiro, std::string_view codCCusto,
-                                                  std::string_view codConta, std::string_view codRecDesp,
-                                                  std::string_view novoDataId,
-                                                  std::string_view antigoDataId);  // what it opens
+db::QueryCall ConsultaDeSaldosAte(std::int32_t idParceiro, std::string_view codCCusto, std::string_view codConta,
+                                  std::string_view codRecDesp, std::string_view novoDataId,
+                                  std::string_view antigoDataId);  // what it opens
 
 // Compares those balances with the ones expected. Returns true; at the first difference, the trace of another writer,
 // raises TS_ERRO_LOGIN without description.

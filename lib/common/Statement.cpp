@@ -51,7 +51,7 @@ void Statement::ExecuteOrRefuse(TS_ERROS numero, std::string_view refusal) const
   if (Execute() == 0) GerarErro(numero, refusal);
 }
 
-void Anunciar(const std::vector<const Statement*>& next, const db::QueryDef& query) {
+void Anunciar(const std::vector<const Statement*>& next, const db::QueryCall& query) {
   std::vector<std::string_view> texts;
   texts.reserve(next.size());
   for (const Statement* statement : next) texts.push_back(statement->Text());

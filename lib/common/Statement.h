@@ -87,6 +87,6 @@ class Statement {
 };
 
 // Tells the session's database that these will be executed next, and the query opened then (see Database::Announce).
-void Anunciar(const std::vector<const Statement*>& next, const db::QueryDef& query);
+void Anunciar(const std::vector<const Statement*>& next, const db::QueryCall& query);
 
 }  // namespace tsv::Module1

@@ -40,6 +40,12 @@ class QueryDef {
   std::vector<Parameter> parameters_;
 };
 
+// A query of the database, with values for all its parameters in their order.
+struct QueryCall {
+  std::string_view name;
+  std::vector<QueryDef::Parameter> parameters;
+};
+
 // An open database. Statements are Jet SQL. Every member raises 3420 once closed.
 class Database {
  public:
@@ -54,10 +60,10 @@ class Database {
   virtual void Execute(std::string_view sql, std::int32_t options = 0) = 0;
   virtual std::int32_t RecordsAffected() const = 0;  // by the last Execute
 
-  // A hint inside a transaction: the caller will execute these very texts next, in this order, then open the query, of
-  // this database, with the parameters that it has now, and roll back unless he comes to its end. An engine at the end
-  // of a network runs them in one go; for the others it means nothing.
-  virtual void Announce(const std::vector<std::string_view>& /*next*/, const QueryDef* /*query, or none*/) {}
+  // A hint inside a transaction: the caller will execute these very texts next, in this order, then open the query, and
+  // roll back unless he comes to its end. An engine at the end of a network runs them in one go; for the others it
+  // means nothing.
+  virtual void Announce(const std::vector<std::string_view>& /*next*/, const QueryCall* /*query, or none*/) {}
 
   virtual std::shared_ptr<QueryDef> QueryDefs(std::string_view name) = 0;      // unknown: 3265
   virtual std::shared_ptr<QueryDef> CreateQueryDef(std::string_view sql) = 0;  // temporary, for a client's own SELECT

@@ -29,9 +29,6 @@ class Definition final : public QueryDef {
     return database->Open(query_, parameters_);
   }
 
-  const Query& What() const noexcept { return query_; }
-  const std::vector<Parameter>& With() const noexcept { return parameters_; }
-
  private:
   std::weak_ptr<CompilingDatabase> database_;
   const Query query_;
@@ -97,10 +94,8 @@ std::int32_t CompilingDatabase::RecordsAffected() const {
 }
 
 // An observer may step in before any statement, so it sees them go one by one.
-void CompilingDatabase::Announce(const std::vector<std::string_view>& next, const QueryDef* query) {
-  if (level_ == 0 || observer_) return;
-  const auto* stored = dynamic_cast<const Definition<StoredQuery>*>(query);
-  InTransaction([&] { SendAhead(next, stored ? &stored->What() : nullptr, stored ? stored->With() : Parameters()); });
+void CompilingDatabase::Announce(const std::vector<std::string_view>& next, const QueryCall* query) {
+  if (level_ > 0 && !observer_) InTransaction([&] { SendAhead(next, query); });
 }
 
 std::shared_ptr<QueryDef> CompilingDatabase::QueryDefs(std::string_view name) {

@@ -24,7 +24,7 @@ class CompilingDatabase : public Database, public std::enable_shared_from_this<C
   std::shared_ptr<Recordset> OpenRecordset(std::string_view sql, RecordsetTypeEnum type, std::int32_t options) final;
   void Execute(std::string_view sql, std::int32_t options) final;
   std::int32_t RecordsAffected() const final;
-  void Announce(const std::vector<std::string_view>& next, const QueryDef* query) final;
+  void Announce(const std::vector<std::string_view>& next, const QueryCall* query) final;
   std::shared_ptr<QueryDef> QueryDefs(std::string_view name) final;
   std::shared_ptr<QueryDef> CreateQueryDef(std::string_view sql) final;
   void Close() final;
@@ -63,9 +63,7 @@ class CompilingDatabase : public Database, public std::enable_shared_from_this<C
                                             const Parameters* parameters) = 0;
   virtual std::shared_ptr<Recordset> Select(const StoredQuery& query, const Parameters& parameters) = 0;
   virtual std::int32_t Change(std::string_view sql) = 0;
-  // parameters: of the query, if there is one.
-  virtual void SendAhead(const std::vector<std::string_view>& /*next*/, const StoredQuery* /*query*/,
-                         const Parameters& /*parameters*/) {}
+  virtual void SendAhead(const std::vector<std::string_view>& /*next*/, const QueryCall* /*query, or none*/) {}
   virtual std::vector<std::string> ParametersOf(std::string_view sql) = 0;
   virtual void CloseEngine() = 0;
 

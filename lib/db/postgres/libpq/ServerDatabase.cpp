@@ -107,8 +107,7 @@ void ServerDatabase::RequireNothingAnnounced() const {
 }
 
 // What cannot be sent now fails when it is executed.
-void ServerDatabase::SendAhead(const std::vector<std::string_view>& next, const StoredQuery* query,
-                               const Parameters& parameters) {
+void ServerDatabase::SendAhead(const std::vector<std::string_view>& next, const QueryCall* query) {
   RequireNothingAnnounced();
   LetGoOfStreams();
   try {
@@ -120,9 +119,10 @@ void ServerDatabase::SendAhead(const std::vector<std::string_view>& next, const 
       statements.emplace_back(&source->prepared, Bound(source->compiled, nullptr));
       announced_.push_back({std::string(sql), source, {}, {}});
     }
-    if (query) {
-      statements.emplace_back(&CallOf(*query), BoundCall(parameters));
-      announced_.push_back({{}, nullptr, query->kind, parameters});
+    const StoredQuery* stored = query ? FindStoredQuery(query->name) : nullptr;
+    if (stored) {
+      statements.emplace_back(&CallOf(*stored), BoundCall(query->parameters));
+      announced_.push_back({{}, nullptr, stored->kind, query->parameters});
     }
     connection_->SendTogether(std::move(statements));
   } catch (const Erro&) {
@@ -156,7 +156,7 @@ std::shared_ptr<Recordset> ServerDatabase::Select(const StoredQuery& query, cons
   const auto isNext = [&](const Announced& next) {
     return !next.source && next.kind == query.kind &&
            std::equal(parameters.begin(), parameters.end(), next.parameters.begin(), next.parameters.end(),
-                      [](const auto& a, const auto& b) { return a.Value == b.Value; });
+                      [](const auto& a, const auto& b) { return a.Name == b.Name && a.Value == b.Value; });
   };
   if (!announced_.empty() && isNext(announced_.front())) return Kept(TakeAnswer(), query.fields);
   RequireNothingAnnounced();

@@ -28,8 +28,7 @@ class ServerDatabase final : public jet::CompilingDatabase {
                                     const Parameters* parameters) override;
   std::shared_ptr<Recordset> Select(const StoredQuery& query, const Parameters& parameters) override;
   std::int32_t Change(std::string_view sql) override;
-  void SendAhead(const std::vector<std::string_view>& next, const StoredQuery* query,
-                 const Parameters& parameters) override;
+  void SendAhead(const std::vector<std::string_view>& next, const QueryCall* query) override;
   std::vector<std::string> ParametersOf(std::string_view sql) override;
   void CloseEngine() override;
   void BeginOn(int level) override;
