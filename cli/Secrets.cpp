@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "db/postgres/Address.h"
+#include "db/Address.h"
 
 namespace tsv::cli {
 namespace {
@@ -17,7 +17,7 @@ std::vector<std::pair<std::string, std::string>>& Words() {
 }  // namespace
 
 void RememberWord(const std::string& word) {
-  std::string shown = db::postgres::WithoutPassword(word);
+  std::string shown = db::WithoutPassword(word);
   if (shown != word) Words().emplace_back(word, std::move(shown));
 }
 

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <utility>
 
+#include "db/Address.h"
 #include "db/EngineError.h"
 #include "db/FilePath.h"
 #include "types/Text.h"
@@ -82,7 +83,7 @@ std::shared_ptr<Database> DBEngine::OpenDatabase(std::string_view path, bool exc
     workspace_.databases_.push_back(database);
     return database;
   }
-  Raise(ProblemOf(path), path);
+  Raise(ProblemOf(path), WithoutPassword(path));  // perhaps an address with a slip of the pen
 }
 
 Workspace& DBEngine::Workspaces(std::size_t index) {

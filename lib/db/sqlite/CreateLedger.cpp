@@ -7,6 +7,7 @@
 #include <string>
 #include <system_error>
 
+#include "db/Address.h"
 #include "db/EngineError.h"
 #include "db/FilePath.h"
 #include "db/sqlite/Connection.h"
@@ -20,7 +21,7 @@ void CheckName(const std::filesystem::path& file, std::string_view path) {
   std::error_code ignored;
   if (std::filesystem::exists(std::filesystem::symlink_status(file, ignored))) Raise(EngineError::DatabaseExists, path);
   const std::filesystem::path folder = std::filesystem::absolute(file).parent_path();
-  if (!std::filesystem::is_directory(folder, ignored)) Raise(EngineError::InvalidPath, path);
+  if (!std::filesystem::is_directory(folder, ignored)) Raise(EngineError::InvalidPath, WithoutPassword(path));
 }
 
 // An empty file beside the one wanted, which the caller removes.

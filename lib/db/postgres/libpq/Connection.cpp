@@ -7,8 +7,8 @@
 #include <thread>
 #include <utility>
 
+#include "db/Address.h"
 #include "db/EngineError.h"
-#include "db/postgres/Address.h"
 #include "db/postgres/libpq/ErrorMapping.h"
 
 namespace tsv::db::postgres {
@@ -290,6 +290,8 @@ void Connection::Begin() {
   }();
   transaction_ = result.Bytes(0, 0);
 }
+
+void Connection::BeginUnseen() { transaction_ = Execute("BEGIN; SELECT pg_current_xact_id()::text").Bytes(0, 0); }
 
 // When the connection breaks before the answer comes, a new one may ask what became of the transaction. If the server
 // has crashed, its number may have been given away anew: then a committed one may be another's.

@@ -88,8 +88,11 @@ class Connection {
   Result Next();  // of no rows at the end
   void Abandon() noexcept;
 
-  // Takes the one writer's place; commits; what a lost connection did to a commit is found out if it can be.
+  // Takes the one writer's place.
   void Begin();
+  void BeginUnseen();  // takes no place: for what no other writer can know of yet
+
+  // Commits; what a lost connection did to a commit is found out if it can be.
   void Commit();
   void Undo(bool whole);  // the transaction, or what came since its innermost savepoint "nivel"
 

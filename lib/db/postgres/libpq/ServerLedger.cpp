@@ -59,17 +59,17 @@ void FillNewLedger(Connection& connection, std::string_view password) {
   if (!connection.Text("SELECT 'x' FROM pg_namespace WHERE nspname = 'tesovia'").empty())
     throw Erro(static_cast<std::int32_t>(EngineError::DatabaseExists),
                "O banco de dados '" + connection.Place() + "' já tem um livro-caixa, ou outro esquema 'tesovia'.");
-  connection.Execute("BEGIN");
+  connection.BeginUnseen();
   try {
     CreateFirstSchema(connection);
     const std::string salt = connection.Text("SELECT replace(gen_random_uuid()::text, '-', '')");
     Store(connection, "sal", salt);
     Store(connection, "senha", PasswordSum(salt, password));
     Store(connection, "versao", kVersion);
-    connection.Execute("COMMIT");
+    connection.Commit();
   } catch (...) {
     try {
-      connection.Execute("ROLLBACK");
+      connection.Undo(true);
     } catch (const Erro&) {
       // The first failure tells more.
     }

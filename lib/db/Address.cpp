@@ -1,9 +1,9 @@
-#include "db/postgres/Address.h"
+#include "db/Address.h"
 
 #include <algorithm>
 #include <charconv>
 
-namespace tsv::db::postgres {
+namespace tsv::db {
 namespace {
 
 constexpr std::string_view kAfterScheme = ":/";  // one slash may have been forgotten
@@ -67,4 +67,4 @@ bool SplitsWrongly(std::string_view address) {
   return at != std::string_view::npos && (place.find('/') < at || place.find('@', at + 1) != std::string_view::npos);
 }
 
-}  // namespace tsv::db::postgres
+}  // namespace tsv::db
