@@ -1,5 +1,3 @@
-#include <sqlite3.h>
-
 #include <csignal>
 #include <sstream>
 
@@ -9,17 +7,7 @@
 namespace tsv::test {
 namespace {
 
-class CliTest : public CommandLine {
- protected:
-  // Changes the file behind the ledger's back.
-  void Tamper(const std::string& sql) {
-    sqlite3* database = nullptr;
-    ASSERT_EQ(sqlite3_open(environment_["TESOVIA_ARQUIVO"].c_str(), &database), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
-    EXPECT_EQ(sqlite3_changes(database), 1);
-    sqlite3_close(database);
-  }
-};
+using CliTest = CommandLine;
 
 TEST_F(CliTest, KeepsTheBooksOfASmallCompany) {
   MakeCompany();

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -38,7 +39,7 @@ inline std::string ContentOf(const std::string& path) {
 }
 
 // The built command, driven as a user or a script drives it: a ledger of its own, arguments and files in; texts and
-// exit codes out. Commands are written as for a shell, with blanks between words and quotes around blanks.
+// exit codes out. Commands are a shell's.
 class CommandLine : public ::testing::Test {
  protected:
   Outcome Run(const std::string& command) { return Await(Start(command)); }
@@ -52,21 +53,17 @@ class CommandLine : public ::testing::Test {
   }
 
   pid_t Start(const std::string& command, const std::string& suffix = {}, const std::string& input = "/dev/null") {
-    std::vector<std::string> words = Words("tesovia " + command);
-    std::vector<char*> argv;
-    for (std::string& word : words) argv.push_back(word.data());
-    argv.push_back(nullptr);
+    const std::string line = "exec '" TSV_TESOVIA "' " + command + " >" + folder_.Path("out" + suffix) + " 2>" +
+                             folder_.Path("err" + suffix);
     const pid_t child = fork();
     if (child == 0) {
       setsid();  // no terminal: a password that is asked for fails instead of hanging the test
-      Redirect(input, O_RDONLY | O_NOCTTY, STDIN_FILENO);
-      Redirect(folder_.Path("out" + suffix), O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-      Redirect(folder_.Path("err" + suffix), O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+      dup2(open(input.c_str(), O_RDONLY | O_NOCTTY), STDIN_FILENO);
       for (const char* name : {"TESOVIA_ARQUIVO", "TESOVIA_USUARIO", "TESOVIA_SENHA", "TESOVIA_SENHA_NOVA"}) {
         unsetenv(name);
       }
       for (const auto& [name, value] : environment_) setenv(name.c_str(), value.c_str(), 1);
-      execv(TSV_TESOVIA, argv.data());
+      execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
       _exit(127);
     }
     return child;
@@ -134,36 +131,18 @@ class CommandLine : public ::testing::Test {
     return values.dump();
   }
 
+  // Changes one row of the file behind the ledger's back.
+  void Tamper(const std::string& sql) {
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open(environment_["TESOVIA_ARQUIVO"].c_str(), &database), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
+    EXPECT_EQ(sqlite3_changes(database), 1);
+    sqlite3_close(database);
+  }
+
   TemporaryFolder folder_;
   std::map<std::string, std::string> environment_ = {
       {"TESOVIA_ARQUIVO", folder_.Path("livro.tesovia")}, {"TESOVIA_USUARIO", "ana"}, {"TESOVIA_SENHA", "segredo"}};
-
- private:
-  static std::vector<std::string> Words(const std::string& command) {
-    std::vector<std::string> words;
-    char quote = 0;
-    bool inWord = false;
-    for (const char c : command) {
-      if (quote == 0 && c == ' ') {
-        inWord = false;
-        continue;
-      }
-      if (!inWord) words.emplace_back();
-      inWord = true;
-      if (c == quote) {
-        quote = 0;
-      } else if (quote == 0 && (c == '\'' || c == '"')) {
-        quote = c;
-      } else {
-        words.back() += c;
-      }
-    }
-    return words;
-  }
-
-  static void Redirect(const std::string& path, int flags, int descriptor) {
-    dup2(open(path.c_str(), flags, 0600), descriptor);
-  }
 };
 
 }  // namespace tsv::test
