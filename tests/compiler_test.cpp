@@ -7,25 +7,25 @@
 
 #include "db/EngineError.h"
 #include "db/jet/DateLiteral.h"
+#include "db/sqlite/SqliteDialect.h"
+#include "support/Errors.h"
 #include "support/Listed.h"
-#include "support/PlainDialect.h"
 
 namespace tsv::db::jet {
 namespace {
 
 Catalog SmallCatalog() {
   Catalog catalog;
-  Table entries{"Lancamentos", {}, {}, {}, {}};
-  entries.columns.push_back({.name = "Id", .type = ValueType::Long});
-  entries.columns.push_back({.name = "Codigo", .type = ValueType::Text});
-  entries.columns.push_back({.name = "Valor", .type = ValueType::Currency});
-  entries.columns.push_back({.name = "DataId", .type = ValueType::Text, .exact = true});
-  entries.columns.push_back({.name = "Inativo", .type = ValueType::Boolean});
-  Table accounts{"Contas", {}, {}, {}, {}};
-  accounts.columns.push_back({.name = "Id", .type = ValueType::Long});
-  accounts.columns.push_back({.name = "Nome", .type = ValueType::Text});
-  catalog.Add(entries);
-  catalog.Add(accounts);
+  catalog.Add({"Lancamentos",
+               {{.name = "Id", .type = ValueType::Long},
+                {.name = "Codigo"},
+                {.name = "Valor", .type = ValueType::Currency},
+                {.name = "DataId", .exact = true},
+                {.name = "Inativo", .type = ValueType::Boolean}},
+               {},
+               {},
+               {}});
+  catalog.Add({"Contas", {{.name = "Id", .type = ValueType::Long}, {.name = "Nome"}}, {}, {}, {}});
   return catalog;
 }
 
@@ -33,16 +33,11 @@ Compiled CompileText(std::string_view sql) {
   static const Catalog catalog = SmallCatalog();
   Lexed lexed;
   Lex(sql, lexed);
-  return Compile(lexed, catalog, test::PlainDialect());
+  return Compile(lexed, catalog, sqlite::SqliteDialect());
 }
 
-std::int32_t NumberOf(std::string_view sql) {
-  try {
-    CompileText(sql);
-  } catch (const Erro& erro) {
-    return erro.Numero();
-  }
-  return 0;
+Erro RefusalOf(std::string_view sql) {
+  return test::ErrorOf([&] { CompileText(sql); });
 }
 
 std::string ShapeOf(std::string_view sql) {
@@ -85,12 +80,8 @@ struct Found {
 template <typename Read>
 Found FoundBy(Read read) {
   Lexed lexed;
-  try {
-    read(lexed);
-  } catch (const Erro& erro) {
-    return {.shape = {}, .literals = {}, .error = erro.Numero()};
-  }
-  return {lexed.shape, lexed.literals};
+  const std::int32_t error = test::ErrorOf([&] { read(lexed); }).Numero();
+  return error == 0 ? Found{lexed.shape, lexed.literals} : Found{{}, {}, error};
 }
 
 TEST(Lexer, AKnownShapeIsRecognisedExactlyWhereLexingFindsIt) {
@@ -144,32 +135,25 @@ TEST(DateLiteral, ReadsMonthFirstAndSwapsWhatCannotBe) {
 
 TEST(Compiler, RefusesWithTheEnginesNumbers) {
   for (const auto& line : test::Listed("engine.txt", "statements that do not compile")) {
-    EXPECT_EQ(NumberOf(line.at(2)), std::stoi(line[0])) << line[2];
+    EXPECT_EQ(RefusalOf(line.at(2)).Numero(), std::stoi(line[0])) << line[2];
   }
 }
 
 TEST(Compiler, NoTextExhaustsTheStack) {
-  EXPECT_EQ(NumberOf("SELECT " + std::string(100000, '(') + "1"), 3075);
+  EXPECT_EQ(RefusalOf("SELECT " + std::string(100000, '(') + "1").Numero(), 3075);
   for (const std::string link : {" + 1", " AND 1", " & 1", " ^ 1", " IS NULL", " = 1"}) {
     std::string chain = "SELECT 1";
     for (int i = 0; i < 30000; ++i) chain += link;
-    EXPECT_EQ(NumberOf(chain), 3075) << link;
+    EXPECT_EQ(RefusalOf(chain).Numero(), 3075) << link;
   }
 }
 
 TEST(Compiler, MessagesTellTheConstructAndNeverTheStatement) {
-  try {
-    CompileText("SELECT Id FROM Lancamentos WHERE Codigo = 'ana' AND Codigo = 'se'gredo'");
-    FAIL();
-  } catch (const Erro& erro) {
-    EXPECT_EQ(erro.Descricao().find("gredo"), std::string::npos) << erro.Descricao();
-  }
-  try {
-    CompileText("TRANSFORM Sum(Valor) SELECT Id FROM Lancamentos GROUP BY Id PIVOT Codigo");
-    FAIL();
-  } catch (const Erro& erro) {
-    EXPECT_NE(erro.Descricao().find("PIVOT"), std::string::npos) << erro.Descricao();
-  }
+  const Erro broken = RefusalOf("SELECT Id FROM Lancamentos WHERE Codigo = 'ana' AND Codigo = 'se'gredo'");
+  EXPECT_NE(broken.Numero(), 0);
+  EXPECT_EQ(broken.Descricao().find("gredo"), std::string::npos) << broken;
+  const Erro pivot = RefusalOf("TRANSFORM Sum(Valor) SELECT Id FROM Lancamentos GROUP BY Id PIVOT Codigo");
+  EXPECT_NE(pivot.Descricao().find("PIVOT"), std::string::npos) << pivot;
 }
 
 TEST(Compiler, UnknownNamesAreParameters) {

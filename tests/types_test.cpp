@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "support/Errors.h"
 #include "support/JsonValues.h"
 #include "types/Currency.h"
 #include "types/Date.h"
@@ -24,16 +25,9 @@ constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
 
 Currency Units(std::int64_t tenThousandths) { return Currency::FromTenThousandths(tenThousandths); }
 
-// The number of the error that the action raises, 0 for none.
 template <typename Action>
 std::int32_t NumberOf(Action action) {
-  try {
-    (void)action();
-  } catch (const Erro& erro) {
-    EXPECT_STRNE(erro.what(), "");
-    return erro.Numero();
-  }
-  return 0;
+  return test::ErrorOf(action).Numero();
 }
 
 std::string Order(int (*compare)(std::string_view, std::string_view), const Json& pair) {
@@ -96,6 +90,7 @@ TEST(Currency, ArithmeticIsExactUpToItsLimits) {
   EXPECT_EQ(NumberOf([] { return Units(kMost / 2 + 1) * 2; }), 6);
   EXPECT_EQ(NumberOf([] { return Currency::FromInteger(922'337'203'685'478); }), 6);
   EXPECT_EQ(NumberOf([] { return Currency::FromDouble(std::numeric_limits<double>::quiet_NaN()); }), 6);
+  EXPECT_STRNE(test::ErrorOf([] { return -Units(kLeast); }).what(), "");
   Currency amount = Units(kMost);
   EXPECT_EQ(NumberOf([&] { return amount += Units(1); }), 6);
   EXPECT_EQ(amount, Units(kMost));
