@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 #include "common/Errors.h"
 #include "db/KeptRecordset.h"
+#include "support/Ledger.h"
 #include "support/LimitedText.h"
 
 using namespace tsv;
@@ -28,56 +30,22 @@ CLancamento CompleteEntry() {
   return entry;
 }
 
-using Values = std::vector<std::pair<std::string, Variant>>;
-
-Values StoredValues() {
-  return {{"Id", std::int32_t{1234}},
-          {"CodConta", std::string("1.1")},
-          {"CodRecDesp", std::string("2")},
-          {"CodCentroCusto", std::string("3.3")},
-          {"IdParceiroComl", std::int32_t{44}},
-          {"Documento", std::string("NF 5")},
-          {"Valor", Reais(-10)},
-          {"ValorPago", Reais(6)},
-          {"Data", Date(39634.5)},
-          {"DataReferencia", Date(39630)},
-          {"DataVencimento", Date(39640)},
-          {"Historico", std::string("minúsculas")},
-          {"DataId", std::string("20080705000001234")},
-          {"SaldoConta", Reais(1)},
-          {"SaldoRecDesp", Reais(2)},
-          {"SaldoCentroCusto", Reais(3)},
-          {"SaldoParceiroComl", Reais(4)},
-          {"SaldoGlobal", Reais(5)},
-          {"IdUsuario", std::int32_t{7}},
-          {"Realizado", std::string("E")},
-          {"Estorno", true},
-          {"Estornado", false},
-          {"Transferencia", std::uint8_t{2}},
-          {"IdConcorrencia", std::int32_t{3}}};
+// The values of a stored entry, in the order of its columns.
+std::vector<Variant> Stored() {
+  return RowOf(1234, "20080705000001234", "1.1", "2", "3.3", 44, "NF 5", Reais(-10), Reais(6), Date(39634.5),
+               Date(39630), Date(39640), "minúsculas", "E", true, false, std::uint8_t{2}, Reais(1), Reais(2), Reais(5),
+               Reais(3), Reais(4), 7, 3);
 }
 
 // One row that needs no database: the stored values but for one of them.
 db::KeptRecordset With(std::string_view column, const Variant& other) {
-  std::vector<db::FieldDescription> fields;
-  std::vector<Variant> row;
-  for (const auto& [name, value] : StoredValues()) {
-    fields.push_back({name});
-    row.push_back(name == column ? other : value);
+  const auto fields = std::make_shared<std::vector<db::FieldDescription>>();
+  std::vector<Variant> row = Stored();
+  for (const std::string& name : EntryColumns()) {
+    if (name == column) row[fields->size()] = other;
+    fields->push_back({name});
   }
-  return {std::make_shared<const std::vector<db::FieldDescription>>(std::move(fields)), std::move(row)};
-}
-
-// All that an entry holds, in the order of the stored values.
-Values All(const CLancamento& e) {
-  const Variant values[] = {
-      e.Id(),        e.CodConta(),   e.CodRecDesp(),   e.CodCentroCusto(),   e.IdParceiroComl(),    e.Documento(),
-      e.Valor(),     e.ValorPago(),  e.Data(),         e.DataReferencia(),   e.DataVencimento(),    e.Historico(),
-      e.DataId(),    e.SaldoConta(), e.SaldoRecDesp(), e.SaldoCentroCusto(), e.SaldoParceiroComl(), e.SaldoGlobal(),
-      e.IdUsuario(), e.Realizado(),  e.Estorno(),      e.Estornado(),        e.Transferencia(),     e.IdConcorrencia()};
-  Values all = StoredValues();
-  for (std::size_t i = 0; i < all.size(); ++i) all[i].second = values[i];
-  return all;
+  return {fields, std::move(row)};
 }
 
 TEST(Entry, TextsAreTrimmedBeforeTheirLimitCounts) {
@@ -163,12 +131,12 @@ TEST(Entry, ValidationNamesTheFirstThingMissing) {
 TEST(Entry, LoadsARowAsItIsAndCopiesItByTheRules) {
   CLancamento loaded;
   loaded.CarregarDeRegistro(With("", Null()));
-  EXPECT_EQ(All(loaded), StoredValues());
+  EXPECT_EQ(ValuesOf(loaded), Stored());
   const auto copy = loaded.Copiar();
   EXPECT_EQ(copy->Historico(), "MINÚSCULAS");
   EXPECT_EQ(loaded.Historico(), "minúsculas");
   loaded.Historico("minúsculas");
-  EXPECT_EQ(All(*copy), All(loaded));
+  EXPECT_EQ(ValuesOf(*copy), ValuesOf(loaded));
 
   OnAnotherThread([] {
     CLancamento broken;
@@ -183,12 +151,11 @@ TEST(Entry, MissingValuesAreLoadedAsNone) {
       {"CodCentroCusto", std::string()}, {"IdParceiroComl", 0},   {"Documento", std::string()},
       {"ValorPago", Currency()},         {"DataReferencia", 0.0}, {"SaldoCentroCusto", Currency()},
   };
+  const std::vector<std::string> columns = EntryColumns();
   for (const auto& [column, value] : none) {
     CLancamento entry;
     entry.CarregarDeRegistro(With(column, Null()));
-    for (const auto& [name, held] : All(entry)) {
-      EXPECT_TRUE(name != column || held == value) << name;
-    }
+    EXPECT_EQ(ValuesOf(entry).at(std::ranges::find(columns, column) - columns.begin()), value) << column;
   }
 }
 

@@ -68,14 +68,6 @@ struct Course {
   std::vector<std::string> answers;
 };
 
-Model::Row RowOf(const CLancamento& e) {
-  return Model::RowOf(e.Id(), e.DataId(), e.CodConta(), e.CodRecDesp(), e.CodCentroCusto(), e.IdParceiroComl(),
-                      e.Documento(), e.Valor(), e.ValorPago(), ToDate(e.Data()), ToDate(e.DataReferencia()),
-                      ToDate(e.DataVencimento()), e.Historico(), e.Realizado(), e.Estorno(), e.Estornado(),
-                      e.Transferencia(), e.SaldoConta(), e.SaldoRecDesp(), e.SaldoGlobal(), e.SaldoCentroCusto(),
-                      e.SaldoParceiroComl(), e.IdUsuario(), e.IdConcorrencia());
-}
-
 // One company: the library's and the model's.
 class Walk {
  public:
@@ -105,12 +97,7 @@ class Walk {
     Post();
   }
 
-  // The whole table from the stored amounts, by the definition of the balances, and the links of the transfers.
   void Finish() {
-    const std::vector<Entry> stored = ReadEntries(*others_);
-    std::vector<Entry> computed = stored;
-    SetBalances(computed);
-    ExpectSameEntries(stored, computed);
     std::map<std::int32_t, std::int32_t> legs;
     const auto rows = others_->OpenRecordset("SELECT SerialSai, SerialEntra FROM Transferencias");
     for (; !rows->EndOfFile(); rows->MoveNext()) {
@@ -289,7 +276,7 @@ class Walk {
     std::string& answer = course_.answers.emplace_back(Told(kind, what, "->", erro));
     for (const std::string& event : clock_->events) answer += event + ' ';
     for (const auto& entry : returned) {
-      for (const Variant& value : RowOf(*entry)) answer += Shown(value) + ' ';
+      for (const Variant& value : ValuesOf(*entry)) answer += Shown(value) + ' ';
     }
     ASSERT_EQ(erro.Numero(), expected.number) << erro << "\nexpected: " << expected.description;
     if (expected.number < 0) {
@@ -327,14 +314,12 @@ class Walk {
   }
 
   static void ExpectReturned(const CLancamento& e, const Model::Row& expected) {
-    const Model::Row actual = RowOf(e);
+    Model::Row actual = ValuesOf(e);
+    const std::vector<std::string> columns = EntryColumns();
     for (std::size_t i = 0; i < actual.size(); ++i) {
+      if (columns[i].starts_with("Data") && columns[i] != "DataId") actual[i] = ToDate(actual[i]);
       const bool isNone = actual[i] == Variant("") || actual[i] == Variant(0) || actual[i] == Variant(Currency());
-      if (actual[i] == expected[i] || (IsNull(expected[i]) && isNone)) continue;
-      std::istringstream names(Model::kEntryColumns);
-      std::string name;
-      for (std::size_t k = 0; k <= i; ++k) std::getline(names, name, ',');
-      ExpectSame("returned " + name, actual[i], expected, i);
+      if (!IsNull(expected[i]) || !isNone) ExpectSame("returned " + columns[i], actual[i], expected, i);
     }
   }
 
@@ -349,7 +334,7 @@ class Walk {
   Course& course_;
   Company company_;
   std::shared_ptr<db::Database> others_ = company_.Open();  // what others see, and do
-  const std::string entriesInOrder_ = "SELECT " + Model::kEntryColumns + " FROM Lancamentos ORDER BY DataId";
+  const std::string entriesInOrder_ = "SELECT " + kEntryColumns + " FROM Lancamentos ORDER BY DataId";
   std::shared_ptr<db::QueryDef> newInJournal_ = others_->CreateQueryDef(
       "SELECT " + Model::kJournalColumns + " FROM HistoricosDeLancamentos WHERE DataHora >= [desde] ORDER BY Id");
   std::shared_ptr<Clock> clock_ = std::make_shared<Clock>();

@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "types/Currency.h"
 #include "types/Erro.h"
 
 namespace tsv {
@@ -15,6 +16,8 @@ namespace tsv {
 inline std::ostream& operator<<(std::ostream& out, const Erro& erro) {
   return out << erro.Numero() << " '" << erro.Descricao() << "' [" << erro.Origem() << "]";
 }
+
+inline void PrintTo(Currency amount, std::ostream* out) { *out << amount.ToText(); }
 
 namespace test {
 

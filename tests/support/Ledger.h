@@ -2,12 +2,19 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "support/Company.h"
 
 namespace tsv::test {
+
+inline const std::string kColumnsOfEntryAndJournal =
+    "Id,DataId,CodConta,CodRecDesp,CodCentroCusto,IdParceiroComl,Documento,Valor,ValorPago,Data,DataReferencia,"
+    "DataVencimento,Historico,Realizado,Estorno,Estornado,Transferencia,SaldoConta,SaldoRecDesp,SaldoGlobal,"
+    "SaldoCentroCusto,SaldoParceiroComl,IdUsuario";
+inline const std::string kEntryColumns = kColumnsOfEntryAndJournal + ",IdConcorrencia";
 
 // One entry as the definition of the balances sees it.
 struct Entry {
@@ -16,22 +23,49 @@ struct Entry {
   Currency amount;
   std::string account;
   std::string type;
-  std::string centre;                     // empty: none
-  std::int32_t partner = 0;               // 0: none
-  bool counts = true;                     // settled as not realised: in no balance
-  std::array<Currency, 5> balances = {};  // account, type, cost centre, partner, all
+  std::string centre;          // empty: none
+  std::int32_t partner = 0;    // 0: none
+  std::string realised = "?";  // N: settled as not realised, in no balance
 };
 
-// The five balances as they stand after the entry, from the amounts alone: those of all entries up to it, in the order
-// of their keys, whose code begins with its code, or that have its partner, or simply all.
-std::array<Currency, 5> BalancesAfter(const Entry& row, const std::vector<Entry>& entries);
-void SetBalances(std::vector<Entry>& entries);
+using Balances = std::array<Currency, 5>;  // account, type, cost centre, partner, all
 
-// The stored entries in the order of their keys, with their stored balances.
-std::vector<Entry> ReadEntries(db::Database& database);
+// Without regard to case; nothing is below no code.
+bool IsBelow(const std::string& code, const std::string& parent);
 
-// Equal entries with equal balances.
-void ExpectSameEntries(const std::vector<Entry>& actual, const std::vector<Entry>& expected);
+// The five balances from the amounts of the included entries alone: of those whose code begins with the subject's code,
+// or that have its partner, or simply all.
+template <typename Entries, typename Included>
+Balances PlainSums(const Entries& entries, const Entry& subject, Included included) {
+  Balances sums = {};
+  for (const Entry& entry : entries) {
+    if (entry.realised == "N" || !included(entry)) continue;
+    if (IsBelow(entry.account, subject.account)) sums[0] += entry.amount;
+    if (IsBelow(entry.type, subject.type)) sums[1] += entry.amount;
+    if (IsBelow(entry.centre, subject.centre)) sums[2] += entry.amount;
+    if (subject.partner != 0 && entry.partner == subject.partner) sums[3] += entry.amount;
+    sums[4] += entry.amount;
+  }
+  return sums;
+}
+
+// As they stand after the entry, in the order of the keys.
+template <typename Entries>
+Balances BalancesAfter(const Entry& entry, const Entries& entries) {
+  return PlainSums(entries, entry, [&](const Entry& other) { return other.key <= entry.key; });
+}
+
+template <typename... Values>
+std::vector<Variant> RowOf(const Values&... values) {
+  return {Variant(values)...};
+}
+
+// The columns of entries, and what an entry object holds for each.
+std::vector<std::string> EntryColumns();
+std::vector<Variant> ValuesOf(const CLancamento& entry);
+
+using Row = std::map<std::string, Variant>;
+std::vector<Row> RowsOf(db::Database& database, const std::string& table);  // and perhaps an order
 
 // Nothing lost and nothing half-written: the stored balances are those of the stored amounts, every serial handed out
 // has its journal, every entry is what the newest row of its journal tells, none lacks its counterpart in a transfer or

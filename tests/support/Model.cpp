@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <unordered_map>
 
 #include "db/EngineError.h"
 #include "types/Conversions.h"
@@ -137,26 +136,9 @@ std::int32_t Model::Insert(Entry entry) {
   return entry.id;
 }
 
-// Goes through the entries in their order and adds each amount to the sum of every code that its own begins with.
 void Model::SetBalances() {
   std::ranges::sort(state.entries, {}, &Entry::key);
-  std::array<std::unordered_map<std::string, Currency>, 4> sums;
-  Currency all;
-  for (Entry& entry : state.entries) {
-    const std::array<std::string, 4> codes = {text::Upper(entry.account), text::Upper(entry.type),
-                                              text::Upper(entry.centre), PartnerCode(entry.partner)};
-    if (entry.realised != "N") {
-      for (std::size_t k = 0; k < 3; ++k) {
-        for (std::size_t length = 1; length <= codes[k].size(); ++length) {
-          sums[k][codes[k].substr(0, length)] += entry.amount;
-        }
-      }
-      sums[3][codes[3]] += entry.amount;
-      all += entry.amount;
-    }
-    for (std::size_t k = 0; k < 4; ++k) entry.balances[k] = codes[k].empty() ? Currency() : sums[k][codes[k]];
-    entry.balances[4] = all;
-  }
+  for (Entry& entry : state.entries) entry.balances = BalancesAfter(entry, state.entries);
 }
 
 // Some forms of the journal leave the balances of cost centre and partner out.

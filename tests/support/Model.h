@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -10,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "support/Company.h"
+#include "support/Ledger.h"
 
 namespace tsv::test {
 
@@ -19,41 +18,25 @@ namespace tsv::test {
 // the library has to answer, and does it here.
 class Model {
  public:
-  struct Entry {
-    std::int32_t id = 0;
-    std::string key;
-    Currency amount;
+  struct Entry : test::Entry {
     std::optional<Currency> paid;
-    std::string account;
-    std::string type;
-    std::string centre;        // empty: none
-    std::int32_t partner = 0;  // 0: none
     std::optional<std::string> document;
     Date date, reference, due;
     std::string history;
-    std::string realised = "?";
     bool reversal = false;
     bool reversed = false;
     std::uint8_t transfer = 0;
     std::int32_t user = 0;
-    std::array<Currency, 5> balances = {};
+    Balances balances = {};
     std::int32_t version = 0;
   };
 
   // Entries and journal rows as the columns of their tables.
   using Row = std::vector<Variant>;
-  static inline const std::string kColumnsOfBoth =
-      "Id,DataId,CodConta,CodRecDesp,CodCentroCusto,IdParceiroComl,Documento,Valor,ValorPago,Data,DataReferencia,"
-      "DataVencimento,Historico,Realizado,Estorno,Estornado,Transferencia,SaldoConta,SaldoRecDesp,SaldoGlobal,"
-      "SaldoCentroCusto,SaldoParceiroComl,IdUsuario";
-  static inline const std::string kEntryColumns = kColumnsOfBoth + ",IdConcorrencia";
   static inline const std::string kJournalColumns =
-      kColumnsOfBoth + ",DesUsuario,DataHora,IdAcao,DesConta,DesMovimentacao,DesCentroDeCusto,NomeParceiro,Filial";
+      kColumnsOfEntryAndJournal +
+      ",DesUsuario,DataHora,IdAcao,DesConta,DesMovimentacao,DesCentroDeCusto,NomeParceiro,Filial";
   static Row Columns(const Entry& entry);
-  template <typename... Values>
-  static Row RowOf(const Values&... values) {
-    return {Variant(values)...};
-  }
 
   // A refusal has a number; box: the user was told the reason by a message box.
   struct Outcome {

@@ -84,25 +84,15 @@ std::string ContentsOf(const Company& company) {
   const auto database = company.Open();
   std::vector<std::string> lines;  // sorted: a server has no order of its own
   for (const std::string table : {"Lancamentos", "HistoricosDeLancamentos", "Transferencias", "Serial"}) {
-    for (const auto rows = database->OpenRecordset("Select * From " + table); !rows->EndOfFile(); rows->MoveNext()) {
+    for (const Row& row : RowsOf(*database, table)) {
       std::string& line = lines.emplace_back(table);
-      for (std::size_t i = 0; i < rows->FieldCount(); ++i) {
-        const Variant value = rows->Fields(i).Value();
-        line += "|" + (IsNull(value) ? std::string("NULL") : ToText(value));
-      }
+      for (const auto& [column, value] : row) line += "|" + (IsNull(value) ? std::string("NULL") : ToText(value));
     }
   }
   std::sort(lines.begin(), lines.end());
   std::string contents;
   for (const std::string& line : lines) contents += line + "\n";
   return contents;
-}
-
-void ExpectBalanced(const Company& company) {
-  const std::vector<Entry> stored = ReadEntries(*company.Open());
-  std::vector<Entry> computed = stored;
-  SetBalances(computed);
-  ExpectSameEntries(stored, computed);
 }
 
 }  // namespace tsv::test

@@ -50,7 +50,4 @@ void ExpectRefusals(const Action& given, const std::vector<Refusals>& errors);
 // All entries, journal rows, links and the serial, as text.
 std::string ContentsOf(const Company& company);
 
-// The balances of all entries are those of the amounts.
-void ExpectBalanced(const Company& company);
-
 }  // namespace tsv::test
