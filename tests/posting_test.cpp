@@ -3,7 +3,6 @@
 #include "Loading.h"
 #include "db/EngineError.h"
 #include "support/Refusals.h"
-#include "support/Statements.h"
 
 using namespace tsv;
 using namespace tsv::test;
@@ -32,19 +31,6 @@ class PostingTest : public LedgerTest {
     EXPECT_EQ(host->events, (Strings{"busy", "discard", "normal", "pointer 0", box, "pointer 2"}));
   }
 };
-
-TEST_F(PostingTest, RunsTheStatementsOfItsForm) {
-  Watch();
-  Post(kPlain);
-  ExpectStatements(*recorder, "posting of a plain entry");
-  EXPECT_EQ(host->events, (Strings{"busy", "discard", "normal"}));
-
-  Post({Day(2008, 7, 5), Cents(100), "1.1", "0", "1", 1});
-  recorder->ran.clear();
-  Post(
-      {Date::FromCivil({2008, 7, 6, 14, 30, 15}), Cents(123450), " 1.1.2 ", "00", " 1.10", 1, "recebimento", " NF 1 "});
-  ExpectStatements(*recorder, "posting with cost centre and partner");
-}
 
 TEST_F(PostingTest, RefusalsWriteNothing) {
   const auto post = [](const Posting& posting) -> Action {

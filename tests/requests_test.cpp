@@ -5,8 +5,7 @@
 #include <string>
 
 #include "Collection.h"
-#include "common/Errors.h"
-#include "support/Errors.h"
+#include "support/Company.h"
 #include "support/LimitedText.h"
 
 using namespace tsv;
@@ -14,7 +13,6 @@ using namespace tsv::test;
 
 namespace {
 
-Date Day(int year, int month, int day) { return Date::FromCivil(year, month, day); }
 Currency Units(std::int64_t tenThousandths) { return Currency::FromTenThousandths(tenThousandths); }
 
 constexpr const char* kLongCode = "Código de conta não pode ter mais do que 31 caracteres.";
@@ -68,13 +66,9 @@ TEST(TransferRequest, IsChecked) {
   };
   for (const Case& c : cases) {
     OnAnotherThread([&] {
-      CTransferencia request;
-      request.Valor(Units(c.amount));
-      request.DataDaTransferencia(c.date);
+      CTransferencia request = TransferOf(c.texts[2], c.texts[3], Units(c.amount), c.date);
       request.HistoricoSaida(c.texts[0]);
       request.HistoricoEntrada(c.texts[1]);
-      request.CodContaOrigem(c.texts[2]);
-      request.CodContaDestino(c.texts[3]);
       if (c.refusal) {
         ExpectErro(ErrorOf([&] { internal::Validar(request); }), TS_ERRO_TRANSFERENCIA, c.refusal, "");
       } else {
@@ -84,8 +78,7 @@ TEST(TransferRequest, IsChecked) {
   }
 }
 
-// The entry of a settlement: 200.00 out on 5 July 2008, nine o'clock.
-const Date kMoment = Date::FromCivil({2008, 7, 5, 9, 0, 0});
+// The entry of a settlement: 200.00 out at that moment.
 const Date kSameDay = Date::FromCivil({2008, 7, 5, 23, 59, 59});
 const Date kNextDay = Day(2008, 7, 6);
 
@@ -164,11 +157,7 @@ TEST(SettlementRequest, IsHeldAgainstItsEntry) {
       entry->Transferencia(c.leg);
       entry->Estornado(c.reversed);
       entry->Estorno(c.reversal);
-      CBaixa request;
-      request.IdLancamento(1);
-      request.TipoBaixa(static_cast<TIPO_BAIXA>(c.kind));
-      request.ValorBaixado(Units(c.settled));
-      request.DataRealizacao(c.date);
+      CBaixa request = SettlementOf(1, static_cast<TIPO_BAIXA>(c.kind), Units(c.settled), c.date);
       internal::AnexarLancamento(request, entry);
       if (c.number == 0) {
         EXPECT_TRUE(internal::Validar(request));

@@ -5,91 +5,19 @@
 #include "Loading.h"
 #include "Requests.h"
 #include "support/Refusals.h"
-#include "support/Statements.h"
 
 using namespace tsv;
 using namespace tsv::test;
 
 namespace {
 
-using Strings = std::vector<std::string>;
-
-const Date kMoment = Date::FromCivil({2008, 7, 5, 14, 30, 15});
+using SettlementTest = LedgerTest;
 
 CBaixa Request(std::int32_t id, std::int32_t kind, std::int64_t cents, const Variant& date) {
-  CBaixa request;
-  request.IdLancamento(id);
-  request.TipoBaixa(static_cast<TIPO_BAIXA>(kind));
-  request.ValorBaixado(Cents(cents));
-  request.DataRealizacao(date);
-  return request;
+  return SettlementOf(id, static_cast<TIPO_BAIXA>(kind), Cents(cents), date);
 }
 
-CTransferencia Transfer() {
-  CTransferencia request;
-  request.CodContaOrigem("1.1");
-  request.CodContaDestino("B");
-  request.Valor(Cents(10000));
-  request.DataDaTransferencia(kMoment);
-  request.HistoricoSaida("x");
-  request.HistoricoEntrada("y");
-  return request;
-}
-
-class SettlementTest : public LedgerTest {
- protected:
-  void PostPlain() { Post({kMoment, Cents(-1250), "1.1", "0"}); }
-  void PostClassified() {
-    Post({Day(2008, 7, 1), Cents(700), "1", "0", "1", 1});
-    Post({Day(2008, 7, 5), Cents(10000), "1.1", "00", "1.10", 1, "venda", "NF 1"});
-  }
-
-  void ExpectSettled(CBaixa request, const std::string& scenario) {
-    host->events.clear();
-    Watch();
-    EXPECT_EQ(tesovia.BaixarLancamentoTS(request), internal::LancamentoDe(request));
-    ExpectStatements(*recorder, scenario);
-    EXPECT_EQ(host->events, (Strings{"busy", "discard", "normal"}));
-  }
-};
-
-TEST_F(SettlementTest, OfAPlainEntryAsNotRealised) {
-  PostPlain();
-  ExpectSettled(Request(1, 3, -1250, Day(2008, 7, 5)), "plain entry not realised");
-}
-
-TEST_F(SettlementTest, OfAPlainEntryInFullOnALaterDay) {
-  PostPlain();
-  Post({Day(2008, 7, 7), Cents(100), "1", "0"});
-  ExpectSettled(Request(1, 1, -1250, Date::FromCivil({2008, 7, 9, 10, 30, 0})), "full settlement of a plain entry");
-}
-
-TEST_F(SettlementTest, OfAPlainEntryInPartOnAnEarlierDay) {
-  PostPlain();
-  Post({Day(2008, 7, 4), Cents(100), "1", "0"});
-  ExpectSettled(Request(1, 2, -50, Day(2008, 7, 3)), "partial settlement on an earlier day");
-}
-
-TEST_F(SettlementTest, OfBothLegsOfATransfer) {
-  tesovia.FazerTransferenciaTS(Transfer());
-  ExpectSettled(Request(1, 1, -10000, kMoment), "full settlement of a transfer");
-}
-
-TEST_F(SettlementTest, OfBothLegsOfATransferAsNotRealised) {
-  tesovia.FazerTransferenciaTS(Transfer());
-  ExpectSettled(Request(2, 3, 10000, kMoment), "transfer not realised");
-}
-
-TEST_F(SettlementTest, OfAClassifiedEntryAsNotRealised) {
-  PostClassified();
-  ExpectSettled(Request(2, 3, 10000, kMoment), "not realised with cost centre and partner");
-}
-
-TEST_F(SettlementTest, OfAClassifiedEntryInPartOnTheSameDay) {
-  PostClassified();
-  ExpectSettled(Request(2, 2, 2550, Date::FromCivil({2008, 7, 5, 10, 30, 0})),
-                "partial settlement with cost centre and partner");
-}
+CTransferencia Transfer() { return TransferOf("1.1", "B", Cents(10000), kMoment); }
 
 TEST_F(SettlementTest, AnotherKindDoesNothing) {
   Post({Day(2008, 7, 5), Cents(100), "1.1", "0"});
@@ -173,24 +101,9 @@ TEST_F(SettlementTest, RefusalsChangeNothing) {
        {11, origin, {{TextOf(RuntimeError::DivisionByZero), {settle(1, 1, 0, none)}}}},
        {TS_ERRO_BAIXA,
         ofUnrealised,
-        {{notSettled,
-          {{unrealised, "UPDATE Contas SET Inativa = True"},
-           {unrealised, "UPDATE Contas SET Excluida = True"},
-           {unrealised, "UPDATE TiposMovimentacoes SET Inativo = True"},
-           {unrealised, "UPDATE TiposMovimentacoes SET Excluido = True"},
-           {unrealised, "UPDATE CentrosDeCusto SET Inativo = True"},
-           {unrealised, "UPDATE CentrosDeCusto SET Excluido = True"},
-           {unrealised, "UPDATE ParceirosComerciais SET Inativo = True"},
-           {unrealised, Others(newVersion)}}},
+        {{notSettled, {{unrealised, "UPDATE Contas SET Inativa = True"}, {unrealised, Others(newVersion)}}},
          {noJournal, {{unrealised, noEntry}}}}},
-       {TS_ERRO_BAIXA,
-        ofTotal,
-        {{notSettled,
-          {{total, Others("UPDATE TiposMovimentacoes SET Inativo = True")},
-           {total, Others(newVersion)},
-           {total, Others(reversed)},
-           {total, Others("UPDATE Lancamentos SET Realizado = 'S'")}}},
-         {noJournal, {{total, noEntry}}}}},
+       {TS_ERRO_BAIXA, ofTotal, {{notSettled, {{total, Others(newVersion)}}}, {noJournal, {{total, noEntry}}}}},
        {TS_ERRO_BAIXA,
         ofPartial,
         {{notSettled, {{partial, Others("UPDATE ParceirosComerciais SET Inativo = True")}}},
@@ -202,8 +115,6 @@ TEST_F(SettlementTest, RefusalsChangeNothing) {
          {"A baixa do lançamento não ocorreu. Um motivo pode ser o de outro usuário ter acabado de estorná-lo ou "
           "baixá-lo.\nAtualize sua pesquisa.",
           {{leg, "UPDATE Contas SET Inativa = True WHERE Codigo = 'B'"},
-           {leg, "UPDATE Lancamentos SET Realizado = 'N'" + ofOther},
-           {leg, reversed + ofOther},
            {leg, Others(newVersion + ofOther)},
            {leg, Others(newVersion)}}},
          {noJournal, {{leg, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 4", 2)}}}}},

@@ -11,24 +11,13 @@ using namespace tsv::test;
 
 namespace {
 
-using Strings = std::vector<std::string>;
-
-const Date kMoment = Date::FromCivil({2008, 7, 5, 14, 30, 15});
 constexpr const char* kNoOther =
     "Erro: faltando informação sobre o lançamento correspondente na operação de transferência.";
 constexpr const char* kLocked =
     "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. Tente novamente.";
 
 CTransferencia Request(std::string_view from = "1.1", std::string_view to = "B", Currency amount = Cents(-15000)) {
-  CTransferencia request;
-  request.CodContaOrigem(from);
-  request.CodContaDestino(to);
-  request.Valor(amount);
-  request.DataDaTransferencia(kMoment);
-  request.HistoricoSaida("envio");
-  request.HistoricoEntrada("recebimento");
-  request.DocumentoSaida(" D1 ");
-  return request;
+  return TransferOf(from, to, amount, kMoment);
 }
 
 using TransferTest = LedgerTest;
@@ -47,37 +36,6 @@ TEST_F(TransferTest, IsPosted) {
   ExpectStatements(*recorder, "transfer");
   EXPECT_EQ(host->events.back(), "normal");
   EXPECT_EQ(std::count(host->events.begin(), host->events.end(), "discard"), 2);
-}
-
-TEST_F(TransferTest, IsDeletedFromEitherLeg) {
-  tesovia.FazerTransferenciaTS(Request());
-  host->events.clear();
-  Watch();
-  tesovia.ExcluirLancamentoTS(2, 0);
-  ExpectStatements(*recorder, "deletion of a transfer");
-  EXPECT_EQ(host->events, (Strings{"busy", "discard", "normal"}));
-}
-
-TEST_F(TransferTest, NotRealisedItIsDeletedFromNoBalance) {
-  tesovia.FazerTransferenciaTS(Request());
-  CBaixa request;
-  request.TipoBaixa(BAIXA_NAO_REALIZADO);
-  request.IdLancamento(2);
-  request.DataRealizacao(kMoment);
-  request.ValorBaixado(Cents(15000));
-  tesovia.BaixarLancamentoTS(request);
-  Watch();
-  tesovia.ExcluirLancamentoTS(1, 1);
-  ExpectStatements(*recorder, "deletion of a transfer not realised");
-}
-
-TEST_F(TransferTest, IsReversedFromEitherLeg) {
-  tesovia.FazerTransferenciaTS(Request());
-  host->events.clear();
-  Watch();
-  EXPECT_EQ(tesovia.EstornarLancamentoTS("  devolução ", 2, 0), nullptr);
-  ExpectStatements(*recorder, "reversal of a transfer");
-  EXPECT_EQ(host->events, (Strings{"busy", "discard", "normal"}));
 }
 
 const Action kGiven = [](Tesovia& ledger) {
@@ -166,7 +124,6 @@ TEST_F(TransferTest, RefusedReversalsChangeNothing) {
          {"Não foi possível estornar o lançamento selecionado. Uma possível causa é que ele já tenha sido estornado "
           "por outro usuário ou baixado como não realizado. Verifique.",
           {{reverse, unrealised + "3"},
-           {reverse, "UPDATE Lancamentos SET Estornado = True WHERE Id = 2"},
            {saying("x", 3), Others("UPDATE Lancamentos SET IdConcorrencia = 1 WHERE Id = 2")}}},
          {"Não foi possível incluir o estorno.\nPossível causa: a conta 'CONTA 1.1' foi desativada.",
           {{reverse, deactivated}, {reverse, deleted}}},

@@ -62,6 +62,28 @@ std::shared_ptr<CLancamento> Post(Tesovia& tesovia, const Posting& posting) {
                                    posting.type, posting.centre, posting.partner, posting.document);
 }
 
+CBaixa SettlementOf(std::int32_t id, TIPO_BAIXA kind, Currency amount, const Variant& date, std::int32_t version) {
+  CBaixa request;
+  request.IdLancamento(id);
+  request.IdConcorrencia(version);
+  request.TipoBaixa(kind);
+  request.ValorBaixado(amount);
+  request.DataRealizacao(date);
+  return request;
+}
+
+CTransferencia TransferOf(std::string_view from, std::string_view to, Currency amount, Date date) {
+  CTransferencia request;
+  request.CodContaOrigem(from);
+  request.CodContaDestino(to);
+  request.Valor(amount);
+  request.DataDaTransferencia(date);
+  request.HistoricoSaida("envio");
+  request.HistoricoEntrada("recebimento");
+  request.DocumentoSaida(" D1 ");
+  return request;
+}
+
 LedgerTest::LedgerTest() {
   CurrentSession().host = host;
   tesovia.InicializarTS(company.Path(), "ana", "segredo");

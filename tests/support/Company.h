@@ -17,6 +17,7 @@ namespace tsv::test {
 
 inline Currency Cents(std::int64_t cents) { return Currency::FromTenThousandths(cents * 100); }
 inline Date Day(int year, int month, int day) { return Date::FromCivil(year, month, day); }
+inline const Date kMoment = Date::FromCivil({2008, 7, 5, 14, 30, 15});
 
 // A ledger with a small company in it:
 // users ana/segredo (id 7) and rui/segredo (deactivated);
@@ -74,6 +75,8 @@ struct Posting {
   Date reference = Day(2008, 7, 1);
 };
 std::shared_ptr<CLancamento> Post(Tesovia& tesovia, const Posting& posting);
+CBaixa SettlementOf(std::int32_t id, TIPO_BAIXA kind, Currency amount, const Variant& date, std::int32_t version = 0);
+CTransferencia TransferOf(std::string_view from, std::string_view to, Currency amount, Date date);
 
 // A company with ana logged in on this thread.
 class LedgerTest : public ::testing::Test {

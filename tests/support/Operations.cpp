@@ -91,15 +91,10 @@ char LetterOf(const Erro& erro) {
 }
 
 Ids Transfer(Tesovia& ledger, int day) {
-  CTransferencia request;
-  request.CodContaOrigem("1.1");
-  request.CodContaDestino("1.2");
-  request.Valor(Cents(500));
-  request.DataDaTransferencia(Day(2008, 7, day));
-  request.HistoricoSaida("Saída");
-  request.HistoricoEntrada("Entrada");
   Ids made;
-  for (const auto& leg : ledger.FazerTransferenciaTS(request)) made.push_back(leg->Id());
+  for (const auto& leg : ledger.FazerTransferenciaTS(TransferOf("1.1", "1.2", Cents(500), Day(2008, 7, day)))) {
+    made.push_back(leg->Id());
+  }
   return made;
 }
 
@@ -128,12 +123,7 @@ Operation Deleted(std::string name, std::int32_t id) {
 
 Operation Settled(std::string name, std::int32_t id, TIPO_BAIXA kind, std::int64_t cents, Date date) {
   return {std::move(name), id, [=](Tesovia& ledger, std::int32_t version) {
-            CBaixa request;
-            request.IdLancamento(id);
-            request.IdConcorrencia(version);
-            request.TipoBaixa(kind);
-            request.ValorBaixado(Cents(cents));
-            request.DataRealizacao(date);
+            CBaixa request = SettlementOf(id, kind, Cents(cents), date, version);
             ledger.BaixarLancamentoTS(request);
             return Ids();
           }};

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "support/Company.h"
+#include "support/Listed.h"
 
 namespace tsv::test {
 
@@ -12,10 +12,9 @@ namespace tsv::test {
 // shows.
 inline std::vector<std::string> Statements(const std::string& scenario) {
   std::vector<std::string> statements;
-  std::ifstream file(TSV_TEST_DATA "/statements.txt");
-  std::string line;
-  while (std::getline(file, line) && line != "# " + scenario) continue;
-  while (std::getline(file, line) && line.ends_with("|")) statements.push_back(line.substr(0, line.size() - 1));
+  for (const auto& line : Listed("statements.txt", scenario)) {
+    statements.push_back(line.at(0).substr(0, line[0].size() - 1));
+  }
   return statements;
 }
 
