@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/Messages.h"
 #include "support/Refusals.h"
 
 using namespace tsv;
@@ -20,19 +21,12 @@ TEST_F(DeletionTest, RefusalsChangeNothing) {
       },
       {{TS_ERRO_EXCLUSAO,
         kOrigin,
-        {{"O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. A exclusão não se "
-          "realizou.",
-          {removeUnknown, {remove, "UPDATE Lancamentos SET IdConcorrencia = 1"}}},
-         {"Lançamento estornado somente é excluído na exclusão de conta, receita/despesa, centro de custo/lucro ou "
-          "cliente/fornecedor informado nele.",
+        {{kDeletionOfOther, {removeUnknown, {remove, "UPDATE Lancamentos SET IdConcorrencia = 1"}}},
+         {kDeletionOfReversed,
           {{remove, "UPDATE Lancamentos SET Estornado = True, Estorno = True, Transferencia = 1"}}},
-         {"Lançamento que seja estorno de outro somente é excluído na exclusão de conta, receita/despesa, centro de "
-          "custo/lucro ou cliente/fornecedor informado nele.",
-          {{remove, "UPDATE Lancamentos SET Estorno = True, Transferencia = 1"}}},
-         {"Erro na gravação de histórico da exclusão.\nO lançamento não foi excluído.",
-          {{remove, Others("DELETE * FROM Lancamentos")}}},
-         {"Não foi possível excluir o lançamento selecionado. Uma possível causa é que ele já tenha sido modificado ou "
-          "excluído por outro usuário enquanto você o visualizava. Verifique.",
+         {kDeletionOfReversal, {{remove, "UPDATE Lancamentos SET Estorno = True, Transferencia = 1"}}},
+         {kNoDeletionJournal, {{remove, Others("DELETE * FROM Lancamentos")}}},
+         {kNotDeleted,
           {{remove, "UPDATE Lancamentos SET Realizado = ''"},
            {remove, Others("UPDATE Lancamentos SET IdConcorrencia = 1")}}}}},
        {3043, kOrigin, {{"disco", {{remove, DiskFails("UPDATE Lancamentos")}, {remove, DiskFails("CommitTrans")}}}}}});

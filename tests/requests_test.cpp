@@ -7,6 +7,7 @@
 #include "Collection.h"
 #include "support/Company.h"
 #include "support/LimitedText.h"
+#include "support/Messages.h"
 
 using namespace tsv;
 using namespace tsv::test;
@@ -98,55 +99,44 @@ TEST(SettlementRequest, IsHeldAgainstItsEntry) {
   constexpr std::int32_t kZero = 11;
   const char* zero = TextOf(RuntimeError::DivisionByZero);
   const char* reversed = "Lançamentos estornados ou que sejam estorno de outro não podem ser baixados.";
-  const char* sign = "Valor baixado não pode ser de sinal diferente do valor do lançamento.";
-  const char* dayOfNone = "Não é permitido alterar a data de lançamento ao baixá-lo como não-realizado.";
-  const char* amountOfNone = "Não é permitido alterar o valor de lançamento ao baixá-lo como não-realizado.";
-  const char* notTotal = "Foi informada baixa total e um valor baixado diferente do valor do lançamento baixado.";
-  const char* movedLeg =
-      "Lançamento que é parte de uma transferência não pode ser baixado com data diferente da original.";
-  const char* partialLeg = "Lancamento parte de uma transferência não pode receber baixa parcial.";
-  const char* tooMuch = "Amplitude do valor baixado não pode ser maior que a do valor original do lançamento.";
-  const char* notPartial = "Informada baixa parcial, mas valor baixado é igual ao valor original do lançamento.";
-  const char* noDate = "Faltando informar data de realização da previsão para a baixa.";
-  const char* badDate = "Data de realização da previsão baixada é inválida.";
   const Variant none;
   const Variant text = std::string("ontem");
   const Settlement cases[] = {
       {0, 0, none, TS_ERRO_BAIXA, reversed, 0, 0, true, false},
       {3, 0, none, TS_ERRO_BAIXA, reversed, 1, 0, false, true},
-      {1, 50'0000, none, TS_ERRO_BAIXA, sign},
-      {3, 200'0000, none, TS_ERRO_BAIXA, sign},
-      {2, -1, none, TS_ERRO_BAIXA, sign, 2, 1},
+      {1, 50'0000, none, TS_ERRO_BAIXA, kOtherSign},
+      {3, 200'0000, none, TS_ERRO_BAIXA, kOtherSign},
+      {2, -1, none, TS_ERRO_BAIXA, kOtherSign, 2, 1},
       {1, 0, kMoment, kZero, zero},
       {3, 0, none, kZero, zero},
       {1, -1, kMoment, kZero, zero, 0, 0},
 
       {3, -200'0000, kMoment, 0},
       {3, -200'0000, kSameDay, 0, "", 1},
-      {3, -200'0000, kNextDay, TS_ERRO_BAIXA, dayOfNone},
-      {3, -200'0000, Day(2008, 7, 4), TS_ERRO_BAIXA, dayOfNone},
-      {3, -1, none, TS_ERRO_BAIXA, dayOfNone},
-      {3, -199'9999, kSameDay, TS_ERRO_BAIXA, amountOfNone},
+      {3, -200'0000, kNextDay, TS_ERRO_BAIXA, kUnrealisedMoved},
+      {3, -200'0000, Day(2008, 7, 4), TS_ERRO_BAIXA, kUnrealisedMoved},
+      {3, -1, none, TS_ERRO_BAIXA, kUnrealisedMoved},
+      {3, -199'9999, kSameDay, TS_ERRO_BAIXA, kUnrealisedChanged},
 
       {1, -200'0000, kNextDay, 0},
       {1, -200'0000, std::string("06/07/2008"), 0},
-      {1, -199'9999, none, TS_ERRO_BAIXA, notTotal, 1},
+      {1, -199'9999, none, TS_ERRO_BAIXA, kNotTotal, 1},
       {1, -200'0000, kMoment, 0, "", 1},
-      {1, -200'0000, kSameDay, TS_ERRO_BAIXA, movedLeg, 1},
-      {1, -200'0000, none, TS_ERRO_BAIXA, movedLeg, 2},
+      {1, -200'0000, kSameDay, TS_ERRO_BAIXA, kLegMoved, 1},
+      {1, -200'0000, none, TS_ERRO_BAIXA, kLegMoved, 2},
 
       {2, -50'0000, kNextDay, 0},
-      {2, -250'0000, none, TS_ERRO_BAIXA, partialLeg, 1},
-      {2, -200'0001, none, TS_ERRO_BAIXA, tooMuch},
-      {2, 200'0001, none, TS_ERRO_BAIXA, tooMuch, 0, 200'0000},
-      {2, -200'0000, none, TS_ERRO_BAIXA, notPartial},
-      {2, -199'9999, none, TS_ERRO_BAIXA, noDate},
-      {2, -50'0000, text, TS_ERRO_BAIXA, badDate},
-      {1, -200'0000, std::string("30/02/2008"), TS_ERRO_BAIXA, badDate},
+      {2, -250'0000, none, TS_ERRO_BAIXA, kPartialLeg, 1},
+      {2, -200'0001, none, TS_ERRO_BAIXA, kTooMuch},
+      {2, 200'0001, none, TS_ERRO_BAIXA, kTooMuch, 0, 200'0000},
+      {2, -200'0000, none, TS_ERRO_BAIXA, kNotPartial},
+      {2, -199'9999, none, TS_ERRO_BAIXA, kNoDate},
+      {2, -50'0000, text, TS_ERRO_BAIXA, kBadDate},
+      {1, -200'0000, std::string("30/02/2008"), TS_ERRO_BAIXA, kBadDate},
 
       {0, -999'0000, kMoment, 0},
-      {4, -1, none, TS_ERRO_BAIXA, noDate},
-      {4, -1, std::int32_t{39634}, TS_ERRO_BAIXA, badDate},
+      {4, -1, none, TS_ERRO_BAIXA, kNoDate},
+      {4, -1, std::int32_t{39634}, TS_ERRO_BAIXA, kBadDate},
   };
   for (const Settlement& c : cases) {
     OnAnotherThread([&] {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/Messages.h"
 #include "support/Refusals.h"
 
 using namespace tsv;
@@ -8,8 +9,6 @@ using namespace tsv::test;
 namespace {
 
 constexpr const char* kOrigin = "em Tesovia.EstornarLancamentoTS";
-constexpr const char* kGone =
-    "O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. O estorno não se realizou.";
 
 using ReversalTest = LedgerTest;
 
@@ -29,23 +28,18 @@ TEST_F(ReversalTest, RefusalsChangeNothing) {
       },
       {{TS_ERRO_ESTORNO,
         kOrigin,
-        {{kGone, {saying("'", 9), {quote, changed}}},
-         {"Este lançamento já está baixado como não realizado. Para estorná-lo é preciso remover sua baixa antes.",
-          {{quote, unrealised}}},
+        {{kReversalOfOther, {saying("'", 9), {quote, changed}}},
+         {kReversalOfUnrealised, {{quote, unrealised}}},
          {"Caracteres de aspas duplas ou simples não são permitidos em histórico.",
           {saying("\"" + tooLong), saying("''"), quote}},
-         {"Erro: histórico de estorno não informado.", {saying("   "), saying("")}},
+         {kNoReversalHistory, {saying("   "), saying("")}},
          {"Erro: histórico com mais de 50 caracteres.", {saying(tooLong)}},
-         {"Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. Tente novamente.",
-          {{reverse, Others("UPDATE Serial SET Serial = 9")}}},
-         {"Não foi possível estornar o lançamento selecionado. Uma possível causa é que ele já tenha sido estornado "
-          "por outro usuário ou baixado como não realizado. Verifique.",
-          {{reverse, "UPDATE Lancamentos SET Estornado = True"}, {reverse, Others(changed)}}},
-         {"Erro na gravação de histórico do estorno.\nO lançamento não foi estornado.",
+         {kLostSerial, {{reverse, Others("UPDATE Serial SET Serial = 9")}}},
+         {kNotReversed, {{reverse, "UPDATE Lancamentos SET Estornado = True"}, {reverse, Others(changed)}}},
+         {kNoReversalJournal,
           {{reverse, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 1")},
            {reverse, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 3", 2)}}},
-         {"Não foi possível incluir o estorno.\nPossível causa: a conta, receita/despesa, centro de custo/lucro ou "
-          "cliente/fornecedor foi desativado.",
+         {kReversalDeactivated,
           {{reverse, "UPDATE Contas SET Inativa = True"},
            {reverse, Others("UPDATE ParceirosComerciais SET Inativo = True")}}}}},
        {6, kOrigin, {{TextOf(RuntimeError::Overflow), {{reverse, "UPDATE Serial SET Serial = 2147483647"}}}}},
@@ -58,9 +52,10 @@ TEST_F(ReversalTest, ARefusalCarriesTheLastOriginOfTheThread) {
   const auto transfer = [](Tesovia& ledger) { ledger.FazerTransferenciaTS(CTransferencia()); };
   const auto reverse = [](Tesovia& ledger) { ledger.EstornarLancamentoTS("x", 9, 0); };
   EXPECT_EQ(ErrorOf([&] { transfer(tesovia); }).Origem(), "em Tesovia.FazerTransferenciaTS");
-  ExpectErro(ErrorOf([&] { reverse(tesovia); }), TS_ERRO_ESTORNO, kGone, "em Tesovia.FazerTransferenciaTS");
+  ExpectErro(ErrorOf([&] { reverse(tesovia); }), TS_ERRO_ESTORNO, kReversalOfOther, "em Tesovia.FazerTransferenciaTS");
   EXPECT_EQ(ErrorOf([&] { tesovia.ExcluirLancamentoTS(9, 0); }).Origem(), " Em Tesovia.ExcluirLancamentoTS");
-  ExpectErro(ErrorOf([&] { reverse(tesovia); }), TS_ERRO_ESTORNO, kGone, kOrigin);  // that one it does not keep
+  ExpectErro(ErrorOf([&] { reverse(tesovia); }), TS_ERRO_ESTORNO, kReversalOfOther,
+             kOrigin);  // that one it does not keep
 }
 
 }  // namespace

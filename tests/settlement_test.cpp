@@ -4,6 +4,7 @@
 
 #include "Loading.h"
 #include "Requests.h"
+#include "support/Messages.h"
 #include "support/Refusals.h"
 
 using namespace tsv;
@@ -76,9 +77,6 @@ TEST_F(SettlementTest, RefusalsChangeNothing) {
   const char* ofPartial = "em Tesovia.BaixarParcial";
   const char* ofUnrealised = "em Tesovia.BaixarNaoRealizado";
   const char* ofLeg = "em Tesovia_BaixaDeTransferencia";
-  const char* notSettled =
-      "Não foi possível baixar o lançamento.\nPossível causa: outro usuário alterou lançamento ou a conta de capital "
-      "ou de receita/despesa foi desativada.";
   const char* noJournal = "Erro na gravação de histórico da baixa.\nO lançamento não foi baixado.";
   ExpectRefusals(
       [](Tesovia& ledger) {
@@ -88,11 +86,9 @@ TEST_F(SettlementTest, RefusalsChangeNothing) {
       },
       {{TS_ERRO_BAIXA,
         origin,
-        {{"O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. A baixa não se "
-          "realizou.",
-          {settle(0, 1, 0, none), settle(99, 1, 0, none), {total, newVersion}}},
+        {{kSettlementOfOther, {settle(0, 1, 0, none), settle(99, 1, 0, none), {total, newVersion}}},
          {"Lançamentos estornados ou que sejam estorno de outro não podem ser baixados.", {{total, reversed}}},
-         {"Lancamento parte de uma transferência não pode receber baixa parcial.", {settle(3, 2, -500, kMoment)}}}},
+         {kPartialLeg, {settle(3, 2, -500, kMoment)}}}},
        {TS_ERRO_JA_BAIXADO,
         origin,
         {{"O lançamento já está baixado.",
@@ -101,19 +97,17 @@ TEST_F(SettlementTest, RefusalsChangeNothing) {
        {11, origin, {{TextOf(RuntimeError::DivisionByZero), {settle(1, 1, 0, none)}}}},
        {TS_ERRO_BAIXA,
         ofUnrealised,
-        {{notSettled, {{unrealised, "UPDATE Contas SET Inativa = True"}, {unrealised, Others(newVersion)}}},
+        {{kNotSettled, {{unrealised, "UPDATE Contas SET Inativa = True"}, {unrealised, Others(newVersion)}}},
          {noJournal, {{unrealised, noEntry}}}}},
-       {TS_ERRO_BAIXA, ofTotal, {{notSettled, {{total, Others(newVersion)}}}, {noJournal, {{total, noEntry}}}}},
+       {TS_ERRO_BAIXA, ofTotal, {{kNotSettled, {{total, Others(newVersion)}}}, {noJournal, {{total, noEntry}}}}},
        {TS_ERRO_BAIXA,
         ofPartial,
-        {{notSettled, {{partial, Others("UPDATE ParceirosComerciais SET Inativo = True")}}},
+        {{kNotSettled, {{partial, Others("UPDATE ParceirosComerciais SET Inativo = True")}}},
          {"Erro na gravação de histórico da atualização.\nO lançamento não foi atualizado.", {{partial, noEntry}}}}},
        {TS_ERRO_BAIXA,
         ofLeg,
-        {{"Erro: faltando informação sobre o lançamento correspondente na operação de transferência.",
-          {{leg, "DELETE * FROM Transferencias"}}},
-         {"A baixa do lançamento não ocorreu. Um motivo pode ser o de outro usuário ter acabado de estorná-lo ou "
-          "baixá-lo.\nAtualize sua pesquisa.",
+        {{kNoOtherLeg, {{leg, "DELETE * FROM Transferencias"}}},
+         {kLegNotSettled,
           {{leg, "UPDATE Contas SET Inativa = True WHERE Codigo = 'B'"},
            {leg, Others(newVersion + ofOther)},
            {leg, Others(newVersion)}}},

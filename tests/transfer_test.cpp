@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "db/EngineError.h"
+#include "support/Messages.h"
 #include "support/Refusals.h"
 #include "support/Statements.h"
 
@@ -10,11 +11,6 @@ using namespace tsv;
 using namespace tsv::test;
 
 namespace {
-
-constexpr const char* kNoOther =
-    "Erro: faltando informação sobre o lançamento correspondente na operação de transferência.";
-constexpr const char* kLocked =
-    "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. Tente novamente.";
 
 CTransferencia Request(std::string_view from = "1.1", std::string_view to = "B", Currency amount = Cents(-15000)) {
   return TransferOf(from, to, amount, kMoment);
@@ -57,16 +53,14 @@ TEST_F(TransferTest, RefusedPostingsChangeNothing) {
       kGiven,
       {{TS_ERRO_TRANSFERENCIA,
         origin,
-        {{"Não foi possível fazer o lançamento de saída. Transferência cancelada.\nPossível causa: a conta foi "
-          "desativada.",
+        {{kNotTransferredFrom,
           {asking(CTransferencia()), asking(Request("9")), asking(Request("8", "77")), {post, Others(deactivated)}}},
-         {"Não foi possível fazer o lançamento de entrada. Transferência cancelada.\nPossível causa: a conta foi "
-          "desativada.",
+         {kNotTransferredTo,
           {asking(Request("1", "77")),
            asking(Request("1", "9")),
            asking(Request("1", "8")),
            {post, Others(deactivated + " WHERE Codigo = 'B'")}}},
-         {kLocked, {{post, Others(taken)}, {post, Within("UPDATE Serial", taken, 2)}}},
+         {kLostSerial, {{post, Others(taken)}, {post, Within("UPDATE Serial", taken, 2)}}},
          {"Não foi possível gravar o histórico da transferência. Transferência cancelada.\nPossível causa: a conta foi "
           "desativada.",
           {{post, Within("INSERT INTO HISTORICOS", deactivated)},
@@ -84,17 +78,14 @@ TEST_F(TransferTest, RefusedDeletionsChangeNothing) {
   const Action remove = [](Tesovia& ledger) { ledger.ExcluirLancamentoTS(2, 0); };
   const char* origin = " Em Tesovia.ExcluirLancamentoTS";
   const std::string gone = "DELETE * FROM Lancamentos WHERE Id = 3";
-  ExpectRefusals(
-      kGiven,
-      {{TS_ERRO_EXCLUSAO,
-        origin,
-        {{kNoOther, {{remove, gone}, {remove, "DELETE * FROM Transferencias"}}},
-         {"Não foi possível excluir o lançamento selecionado. Uma possível causa é que ele já tenha sido modificado ou "
-          "excluído por outro usuário enquanto você o visualizava. Verifique.",
-          {{remove, "UPDATE Lancamentos SET Estornado = True WHERE Id = 3"},
-           {remove, Others("UPDATE Lancamentos SET IdConcorrencia = 1 WHERE Id = 3")}}},
-         {"Erro na gravação de histórico da exclusão.\nO lançamento não foi excluído.", {{remove, Others(gone)}}}}},
-       {3043, origin, {{"disco", {{remove, DiskFails("UPDATE Lancamentos", 2)}}}}}});
+  ExpectRefusals(kGiven, {{TS_ERRO_EXCLUSAO,
+                           origin,
+                           {{kNoOtherLeg, {{remove, gone}, {remove, "DELETE * FROM Transferencias"}}},
+                            {kNotDeleted,
+                             {{remove, "UPDATE Lancamentos SET Estornado = True WHERE Id = 3"},
+                              {remove, Others("UPDATE Lancamentos SET IdConcorrencia = 1 WHERE Id = 3")}}},
+                            {kNoDeletionJournal, {{remove, Others(gone)}}}}},
+                          {3043, origin, {{"disco", {{remove, DiskFails("UPDATE Lancamentos", 2)}}}}}});
 }
 
 TEST_F(TransferTest, RefusedReversalsChangeNothing) {
@@ -110,26 +101,22 @@ TEST_F(TransferTest, RefusedReversalsChangeNothing) {
   const std::string ofIncoming = " WHERE Codigo = 'B'";
   ExpectRefusals(
       kGiven,
-      {{TS_ERRO_ESTORNO,
-        "em Tesovia.EstornarLancamentoTS",
-        {{"Este lançamento já está baixado como não realizado. Para estorná-lo é preciso remover sua baixa antes.",
-          {{quote, unrealised + "2"}}}}},
+      {{TS_ERRO_ESTORNO, "em Tesovia.EstornarLancamentoTS", {{kReversalOfUnrealised, {{quote, unrealised + "2"}}}}},
        {TS_ERRO_ESTORNO,
         origin,
-        {{kNoOther, {{quote, "DELETE * FROM Lancamentos WHERE Id = 3"}}},
+        {{kNoOtherLeg, {{quote, "DELETE * FROM Lancamentos WHERE Id = 3"}}},
          {"Caracteres de aspas duplas ou simples não são permitidos em histórico. Favor tentar novamente.",
           {quote, saying("''", 3)}},
-         {"Erro: histórico de estorno não informado.", {saying("  ", 3)}},
-         {kLocked, {{reverse, Within("UPDATE Serial", "UPDATE Serial SET Serial = 9")}}},
-         {"Não foi possível estornar o lançamento selecionado. Uma possível causa é que ele já tenha sido estornado "
-          "por outro usuário ou baixado como não realizado. Verifique.",
+         {kNoReversalHistory, {saying("  ", 3)}},
+         {kLostSerial, {{reverse, Within("UPDATE Serial", "UPDATE Serial SET Serial = 9")}}},
+         {kNotReversed,
           {{reverse, unrealised + "3"},
            {saying("x", 3), Others("UPDATE Lancamentos SET IdConcorrencia = 1 WHERE Id = 2")}}},
          {"Não foi possível incluir o estorno.\nPossível causa: a conta 'CONTA 1.1' foi desativada.",
           {{reverse, deactivated}, {reverse, deleted}}},
          {"Não foi possível incluir o estorno.\nPossível causa: a conta 'CONTA B' foi desativada.",
           {{reverse, deactivated + ofIncoming}}},
-         {"Erro na gravação de histórico do estorno.\nO lançamento não foi estornado.",
+         {kNoReversalJournal,
           {{reverse, deleted + ofIncoming}, {reverse, Within("INSERT INTO HISTORICOS", deleted, 2)}}}}},
        {3163,
         origin,

@@ -1,4 +1,5 @@
 #include "support/Model.h"
+#include "support/Messages.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -11,10 +12,6 @@ namespace tsv::test {
 
 namespace {
 
-const std::string kNotFound = "O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. ";
-const std::string kOnlyWithItsMasters =
-    " somente é excluído na exclusão de conta, receita/despesa, centro de custo/lucro ou cliente/fornecedor informado "
-    "nele.";
 const std::string kQuotes = "Caracteres de aspas duplas ou simples não são permitidos em histórico.";
 
 void RefuseIf(bool condition, std::int32_t number, const std::string& description) {
@@ -111,9 +108,9 @@ Model::Entry* Model::Find(std::int32_t id) {
   return found == state.entries.end() ? nullptr : &*found;
 }
 
-Model::Entry& Model::Find(std::int32_t id, std::int32_t version, std::int32_t refusal, std::string_view consequence) {
+Model::Entry& Model::Find(std::int32_t id, std::int32_t version, std::int32_t refusal, const char* ofOther) {
   Entry* const entry = Find(id);
-  RefuseIf(!entry || entry->version != version, refusal, kNotFound + std::string(consequence));
+  RefuseIf(!entry || entry->version != version, refusal, ofOther);
   return *entry;
 }
 
@@ -122,7 +119,7 @@ Model::Ids Model::Legs(std::int32_t id, std::int32_t refusal) {
   for (const auto& [outgoing, incoming] : state.legs) {
     if ((outgoing == id || incoming == id) && Find(outgoing) && Find(incoming)) return {outgoing, incoming};
   }
-  RefuseIf(true, refusal, "Erro: faltando informação sobre o lançamento correspondente na operação de transferência.");
+  RefuseIf(true, refusal, kNoOtherLeg);
   return {};
 }
 
@@ -166,12 +163,8 @@ Model::Outcome Model::Post(const Posting& request) {
     RefuseIf(!masters.contains({kType, request.type}), number,
              "Receita/despesa informada para o lançamento não existe.");
     const int accepts = At(kType, request.type).accepts;
-    RefuseIf(request.amount < Currency() && accepts == 1, number,
-             "A receita/despesa informada está especificada para aceitar apenas lançamentos de entrada,mas o valor "
-             "informado é de saída.");
-    RefuseIf(request.amount > Currency() && accepts == 2, number,
-             "A receita/despesa informada está especificada para aceitar apenas lançamentos de saída, mas o valor "
-             "informado é de entrada.");
+    RefuseIf(request.amount < Currency() && accepts == 1, number, kOnlyIncoming);
+    RefuseIf(request.amount > Currency() && accepts == 2, number, kOnlyOutgoing);
     const std::string_view history = text::Trim(request.history);
     RefuseIf(text::Length(history) > 50, number, "Histórico não deve ter mais do que 50 caracteres.");
     RefuseIf(history.empty(), number, "Faltando informar o histórico do lançamento.");
@@ -212,9 +205,9 @@ void Model::Remove(std::int32_t id) {
 Model::Outcome Model::Delete(std::int32_t id, std::int32_t version) {
   return Do([&]() -> Ids {
     constexpr std::int32_t number = TS_ERRO_EXCLUSAO;
-    const Entry& entry = Find(id, version, number, "A exclusão não se realizou.");
-    RefuseIf(entry.reversed, number, "Lançamento estornado" + kOnlyWithItsMasters);
-    RefuseIf(entry.reversal, number, "Lançamento que seja estorno de outro" + kOnlyWithItsMasters);
+    const Entry& entry = Find(id, version, number, kDeletionOfOther);
+    RefuseIf(entry.reversed, number, kDeletionOfReversed);
+    RefuseIf(entry.reversal, number, kDeletionOfReversal);
     for (const std::int32_t each : entry.transfer == 0 ? Ids{id} : Legs(id, number)) Remove(each);
     return {};
   });
@@ -225,32 +218,25 @@ void Model::CheckSettlement(const CBaixa& request, const Entry& entry) const {
   const Currency amount = request.ValorBaixado();
   const Variant& date = request.DataRealizacao();
   RefuseIf(amount == Currency() || entry.amount == Currency(), RuntimeError::DivisionByZero);
-  RefuseIf((amount > Currency()) != (entry.amount > Currency()), number,
-           "Valor baixado não pode ser de sinal diferente do valor do lançamento.");
+  RefuseIf((amount > Currency()) != (entry.amount > Currency()), number, kOtherSign);
   switch (request.TipoBaixa()) {
     case BAIXA_NAO_REALIZADO:
       RefuseIf(!IsEmpty(date) && !IsDate(date), RuntimeError::TypeMismatch);
-      RefuseIf(ToDate(date).DayNumber() != entry.date.DayNumber(), number,
-               "Não é permitido alterar a data de lançamento ao baixá-lo como não-realizado.");
-      RefuseIf(amount != entry.amount, number,
-               "Não é permitido alterar o valor de lançamento ao baixá-lo como não-realizado.");
+      RefuseIf(ToDate(date).DayNumber() != entry.date.DayNumber(), number, kUnrealisedMoved);
+      RefuseIf(amount != entry.amount, number, kUnrealisedChanged);
       return;
     case BAIXA_TOTAL:
-      RefuseIf(amount != entry.amount, number,
-               "Foi informada baixa total e um valor baixado diferente do valor do lançamento baixado.");
-      RefuseIf(entry.transfer != 0 && !(IsDate(date) && ToDate(date) == entry.date), number,
-               "Lançamento que é parte de uma transferência não pode ser baixado com data diferente da original.");
+      RefuseIf(amount != entry.amount, number, kNotTotal);
+      RefuseIf(entry.transfer != 0 && !(IsDate(date) && ToDate(date) == entry.date), number, kLegMoved);
       break;
     case BAIXA_PARCIAL:
-      RefuseIf(entry.transfer != 0, number, "Lancamento parte de uma transferência não pode receber baixa parcial.");
-      RefuseIf(amount.Abs() > entry.amount.Abs(), number,
-               "Amplitude do valor baixado não pode ser maior que a do valor original do lançamento.");
-      RefuseIf(amount == entry.amount, number,
-               "Informada baixa parcial, mas valor baixado é igual ao valor original do lançamento.");
+      RefuseIf(entry.transfer != 0, number, kPartialLeg);
+      RefuseIf(amount.Abs() > entry.amount.Abs(), number, kTooMuch);
+      RefuseIf(amount == entry.amount, number, kNotPartial);
       break;
   }
-  RefuseIf(IsEmpty(date), number, "Faltando informar data de realização da previsão para a baixa.");
-  RefuseIf(!IsDate(date), number, "Data de realização da previsão baixada é inválida.");
+  RefuseIf(IsEmpty(date), number, kNoDate);
+  RefuseIf(!IsDate(date), number, kBadDate);
 }
 
 Model::Outcome Model::Settle(const CBaixa& request) {
@@ -258,7 +244,7 @@ Model::Outcome Model::Settle(const CBaixa& request) {
   Outcome outcome = Do([&]() -> Ids {
     constexpr std::int32_t number = TS_ERRO_BAIXA;
     const std::int32_t id = request.IdLancamento();
-    const Entry& chosen = Find(id, request.IdConcorrencia(), number, "A baixa não se realizou.");
+    const Entry& chosen = Find(id, request.IdConcorrencia(), number, kSettlementOfOther);
     RefuseIf(chosen.realised != "?", TS_ERRO_JA_BAIXADO, "O lançamento já está baixado.");
     CheckSettlement(request, chosen);
     const TIPO_BAIXA kind = request.TipoBaixa();
@@ -267,12 +253,8 @@ Model::Outcome Model::Settle(const CBaixa& request) {
     const bool ordinary = chosen.transfer == 0;
     for (const std::int32_t each : ordinary ? Ids{id} : Legs(id, number)) {
       Entry& entry = *Find(each);
-      RefuseIf(ordinary && !AllActive(entry), number,
-               "Não foi possível baixar o lançamento.\nPossível causa: outro usuário alterou lançamento ou a conta de "
-               "capital ou de receita/despesa foi desativada.");
-      RefuseIf(!Active(kAccount, entry.account), number,
-               "A baixa do lançamento não ocorreu. Um motivo pode ser o de outro usuário ter acabado de estorná-lo ou "
-               "baixá-lo.\nAtualize sua pesquisa.");
+      RefuseIf(ordinary && !AllActive(entry), number, kNotSettled);
+      RefuseIf(!Active(kAccount, entry.account), number, kLegNotSettled);
       entry.realised = kind == BAIXA_NAO_REALIZADO ? "N" : "S";
       if (ordinary && kind == BAIXA_NAO_REALIZADO) lastWriter = entry.user;
       entry.user = user;
@@ -310,8 +292,7 @@ Model::Outcome Model::Move(const CTransferencia& request) {
       leg.reference = leg.due = leg.date;
       RefuseIf(Has(leg.history, '\''), db::EngineError::SyntaxInExpression);
       RefuseIf(!Active(kAccount, leg.account), TS_ERRO_TRANSFERENCIA,
-               std::string("Não foi possível fazer o lançamento de ") + (incoming ? "entrada" : "saída") +
-                   ". Transferência cancelada.\nPossível causa: a conta foi desativada.");
+               incoming ? kNotTransferredTo : kNotTransferredFrom);
       RefuseIf(leg.history.empty(), db::EngineError::ZeroLength);
       const std::int32_t id = Insert(std::move(leg));
       Record(1, id, true);
@@ -329,14 +310,11 @@ std::int32_t Model::ReverseEntry(std::int32_t id, std::string history, std::stri
   constexpr std::int32_t number = TS_ERRO_ESTORNO;
   Entry& entry = *Find(id);
   const std::uint8_t transfer = entry.transfer;
-  RefuseIf(entry.reversed || entry.realised == "N", number,
-           "Não foi possível estornar o lançamento selecionado. Uma possível causa é que ele já tenha sido estornado "
-           "por outro usuário ou baixado como não realizado. Verifique.");
+  RefuseIf(entry.reversed || entry.realised == "N", number, kNotReversed);
   entry.reversed = true;
   entry.realised = "E";
   if (transfer != 2) ++entry.version;
-  RefuseIf(transfer == 2 && At(kAccount, entry.account).deleted, number,
-           "Erro na gravação de histórico do estorno.\nO lançamento não foi estornado.");
+  RefuseIf(transfer == 2 && At(kAccount, entry.account).deleted, number, kNoReversalJournal);
   Record(6, id, transfer == 0);
 
   Entry reversal = entry;
@@ -360,14 +338,13 @@ std::int32_t Model::ReverseEntry(std::int32_t id, std::string history, std::stri
 Model::Outcome Model::Reverse(std::string_view history, std::int32_t id, std::int32_t version) {
   return Do([&]() -> Ids {
     constexpr std::int32_t number = TS_ERRO_ESTORNO;
-    const Entry& entry = Find(id, version, number, "O estorno não se realizou.");
-    RefuseIf(entry.realised == "N", number,
-             "Este lançamento já está baixado como não realizado. Para estorná-lo é preciso remover sua baixa antes.");
+    const Entry& entry = Find(id, version, number, kReversalOfOther);
+    RefuseIf(entry.realised == "N", number, kReversalOfUnrealised);
     const bool ordinary = entry.transfer == 0;
     const Ids reversed = ordinary ? Ids{id} : Legs(id, number);
     RefuseIf(Has(history, '"') || Has(history, '\''), number, kQuotes + (ordinary ? "" : " Favor tentar novamente."));
     const std::string written = text::Upper(text::Trim(history));
-    RefuseIf(written.empty(), number, "Erro: histórico de estorno não informado.");
+    RefuseIf(written.empty(), number, kNoReversalHistory);
     RefuseIf(ordinary && text::Length(written) > 50, number, "Erro: histórico com mais de 50 caracteres.");
     Ids reversing;
     for (const std::int32_t each : reversed) {

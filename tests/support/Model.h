@@ -84,7 +84,7 @@ class Model {
   bool Active(Table table, std::string_view code) const;
   bool AllActive(const Entry& entry) const;
   Entry* Find(std::int32_t id);
-  Entry& Find(std::int32_t id, std::int32_t version, std::int32_t refusal, std::string_view consequence);
+  Entry& Find(std::int32_t id, std::int32_t version, std::int32_t refusal, const char* ofOther);
   Ids Legs(std::int32_t id, std::int32_t refusal);
 
   std::int32_t Insert(Entry entry);

@@ -1,4 +1,5 @@
 #include "support/Operations.h"
+#include "support/Messages.h"
 
 #include <algorithm>
 #include <string_view>
@@ -16,17 +17,6 @@ constexpr const char* kReversal = "em Tesovia.EstornarLancamentoTS";
 constexpr const char* kLegReversal = "em Tesovia_EstornoDeTransferencia";
 constexpr const char* kTransfer = "em Tesovia.FazerTransferenciaTS";
 
-constexpr const char* kLostSerial =
-    "Erro de bloqueio. Informações de controle do sistema estavam em uso por outro usuário. Tente novamente.";
-constexpr const char* kNoOtherLeg =
-    "Erro: faltando informação sobre o lançamento correspondente na operação de transferência.";
-constexpr const char* kNotSettled =
-    "Não foi possível baixar o lançamento.\nPossível causa: outro usuário alterou lançamento ou a conta de capital ou "
-    "de receita/despesa foi desativada.";
-constexpr const char* kNotReversed =
-    "Não foi possível estornar o lançamento selecionado. Uma possível causa é que ele já tenha sido estornado por "
-    "outro usuário ou baixado como não realizado. Verifique.";
-
 struct Refusal {
   char letter;
   std::int32_t number;
@@ -42,43 +32,28 @@ constexpr Refusal kRefusals[] = {
     {'b', TS_ERRO_LOGIN, "em Module1.VerificarApos", ""},
     {'l', TS_ERRO_LANCAMENTO, kPosting, kLostSerial},
     {'i', TS_ERRO_LOGIN, kPosting, ""},
-    {'v', TS_ERRO_EXCLUSAO, kDeletion,
-     "O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. A exclusão não se "
-     "realizou."},
-    {'u', TS_ERRO_EXCLUSAO, kDeletion,
-     "Não foi possível excluir o lançamento selecionado. Uma possível causa é que ele já tenha sido modificado ou "
-     "excluído por outro usuário enquanto você o visualizava. Verifique."},
-    {'j', TS_ERRO_EXCLUSAO, kDeletion, "Erro na gravação de histórico da exclusão.\nO lançamento não foi excluído."},
+    {'v', TS_ERRO_EXCLUSAO, kDeletion, kDeletionOfOther},
+    {'u', TS_ERRO_EXCLUSAO, kDeletion, kNotDeleted},
+    {'j', TS_ERRO_EXCLUSAO, kDeletion, kNoDeletionJournal},
     {'m', TS_ERRO_EXCLUSAO, kDeletion, kNoOtherLeg},
-    {'v', TS_ERRO_BAIXA, "em Tesovia.BaixarLancamentoTS",
-     "O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. A baixa não se realizou."},
+    {'v', TS_ERRO_BAIXA, "em Tesovia.BaixarLancamentoTS", kSettlementOfOther},
     {'u', TS_ERRO_BAIXA, "em Tesovia.BaixarTotal", kNotSettled},
     {'u', TS_ERRO_BAIXA, "em Tesovia.BaixarParcial", kNotSettled},
     {'u', TS_ERRO_BAIXA, "em Tesovia.BaixarNaoRealizado", kNotSettled},
-    {'u', TS_ERRO_BAIXA, kLegSettlement,
-     "A baixa do lançamento não ocorreu. Um motivo pode ser o de outro usuário ter acabado de estorná-lo ou "
-     "baixá-lo.\nAtualize sua pesquisa."},
+    {'u', TS_ERRO_BAIXA, kLegSettlement, kLegNotSettled},
     {'m', TS_ERRO_BAIXA, kLegSettlement, kNoOtherLeg},
-    {'v', TS_ERRO_ESTORNO, kReversal,
-     "O lançamento não foi localizado ou outro usuário o alterou enquanto você o acessava. O estorno não se "
-     "realizou."},
+    {'v', TS_ERRO_ESTORNO, kReversal, kReversalOfOther},
     {'l', TS_ERRO_ESTORNO, kReversal, kLostSerial},
     {'u', TS_ERRO_ESTORNO, kReversal, kNotReversed},
-    {'i', TS_ERRO_ESTORNO, kReversal,
-     "Não foi possível incluir o estorno.\nPossível causa: a conta, receita/despesa, centro de custo/lucro ou "
-     "cliente/fornecedor foi desativado."},
+    {'i', TS_ERRO_ESTORNO, kReversal, kReversalDeactivated},
     {'u', TS_ERRO_ESTORNO, kLegReversal, kNotReversed},
     {'i', TS_ERRO_ESTORNO, kLegReversal,
      "Não foi possível incluir o estorno.\nPossível causa: a conta 'CONTA 1.1' foi desativada."},
-    {'j', TS_ERRO_ESTORNO, kLegReversal, "Erro na gravação de histórico do estorno.\nO lançamento não foi estornado."},
+    {'j', TS_ERRO_ESTORNO, kLegReversal, kNoReversalJournal},
     {'m', TS_ERRO_ESTORNO, kLegReversal, kNoOtherLeg},
     {'l', TS_ERRO_TRANSFERENCIA, kTransfer, kLostSerial},
-    {'i', TS_ERRO_TRANSFERENCIA, kTransfer,
-     "Não foi possível fazer o lançamento de saída. Transferência cancelada.\nPossível causa: a conta foi "
-     "desativada."},
-    {'e', TS_ERRO_TRANSFERENCIA, kTransfer,
-     "Não foi possível fazer o lançamento de entrada. Transferência cancelada.\nPossível causa: a conta foi "
-     "desativada."},
+    {'i', TS_ERRO_TRANSFERENCIA, kTransfer, kNotTransferredFrom},
+    {'e', TS_ERRO_TRANSFERENCIA, kTransfer, kNotTransferredTo},
 };
 
 char LetterOf(const Erro& erro) {
