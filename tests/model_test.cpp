@@ -211,30 +211,23 @@ class Walk {
 
   // Another user deactivates or deletes something that entries name, or brings it back.
   void Switch() {
-    struct Names {
-      const char *table, *key, *inactive, *deleted;
-    };
-    static const std::map<Model::Table, Names> names = {
-        {Model::kAccount, {"Contas", "Codigo = '", "Inativa", "Excluida"}},
-        {Model::kType, {"TiposMovimentacoes", "Codigo = '", "Inativo", "Excluido"}},
-        {Model::kCentre, {"CentrosDeCusto", "Codigo = '", "Inativo", "Excluido"}},
-        {Model::kPartner, {"ParceirosComerciais", "Id = ", "Inativo", "Inativo"}}};
     const bool restoring = switched_.size() == 2 || (!switched_.empty() && random_.OneIn(2));
     if (!restoring) {
       auto chosen = model_.masters.begin();
       std::advance(chosen, random_.Below(model_.masters.size()));
-      switched_.emplace_back(chosen->first, random_.OneIn(3) && chosen->first.first != Model::kPartner);
+      switched_.emplace_back(chosen->first, random_.OneIn(3) && chosen->first.first != kPartner);
     } else {
       std::swap(switched_.back(), switched_[random_.Below(switched_.size())]);
     }
     const auto [which, deletes] = switched_.back();
     bool& flag = deletes ? model_.masters[which].deleted : model_.masters[which].inactive;
     flag = !flag;
-    const Names& name = names.at(which.first);
+    const MasterColumns& columns = kMasterColumns[which.first];
     if (restoring) switched_.pop_back();
-    others_->Execute(std::string("UPDATE ") + name.table + " SET " + (deletes ? name.deleted : name.inactive) + " = " +
-                         (flag ? "True" : "False") + " WHERE " + name.key + which.second +
-                         (which.first == Model::kPartner ? "" : "'"),
+    const std::string quote = which.first == kPartner ? "" : "'";
+    others_->Execute(std::string("UPDATE ") + columns.table + " SET " + (deletes ? columns.deleted : columns.inactive) +
+                         " = " + (flag ? "True" : "False") + " WHERE " + columns.key + " = " + quote + which.second +
+                         quote,
                      db::dbFailOnError);
   }
 
@@ -340,7 +333,7 @@ class Walk {
   std::shared_ptr<Clock> clock_ = std::make_shared<Clock>();
   Tesovia tesovia_;
   Model model_;
-  std::vector<std::pair<std::pair<Model::Table, std::string>, bool>> switched_;  // whether deleted
+  std::vector<std::pair<std::pair<MasterTable, std::string>, bool>> switched_;  // whether deleted
   std::size_t journalled_ = 0;
   int steps_ = 0;
 };

@@ -2,44 +2,57 @@
 
 namespace tsv::test {
 
-namespace {
+const MasterColumns kMasterColumns[] = {{"Contas", "Codigo", "DesConta", "Inativa", "Excluida"},
+                                        {"TiposMovimentacoes", "Codigo", "DesMovimentacao", "Inativo", "Excluido"},
+                                        {"CentrosDeCusto", "Codigo", "DesCentroDeCusto", "Inativo", "Excluido"},
+                                        {"ParceirosComerciais", "Id", "Nome", "Inativo", "Inativo"}};
 
-constexpr const char* kMasters[] = {
-    "INSERT INTO Usuarios (Id,IdLogin,Senha,Inativo,DesUsuario) VALUES (7,'ana','segredo',False,'ANA SOUZA')",
-    "INSERT INTO Usuarios (Id,IdLogin,Senha,Inativo,DesUsuario) VALUES (8,'rui','segredo',True,'RUI')",
-    "INSERT INTO ParceirosComerciais (Id,Nome,Filial,Inativo) VALUES (1,'PADARIA','CENTRO',False)",
-    "INSERT INTO ParceirosComerciais (Id,Nome,Filial,Inativo) VALUES (2,'OFICINA','SUL',False)",
-    "INSERT INTO ParceirosComerciais (Id,Nome,Filial,Inativo) VALUES (9,'EXTINTO','SUL',True)",
-};
-
-}  // namespace
+Masters MastersOfCompany() {
+  Masters masters;
+  for (const char* code : {"1", "1.1", "1.1.2", "1.1.2.5", "1.2", "1.20", "B", "B.1", "8", "9"}) {
+    masters[{kAccount, code}] = {std::string("CONTA ") + code};
+  }
+  for (const char* code : {"0", "00", "0012", "2", "3", "9"}) masters[{kType, code}] = {std::string("TIPO ") + code};
+  for (const char* code : {"1", "1.1", "1.10", "9"}) masters[{kCentre, code}] = {std::string("CENTRO ") + code};
+  masters[{kType, "001"}] = {"TRANSFERÊNCIA ENTRE CONTAS"};
+  masters[{kPartner, "1"}] = {"PADARIA", "CENTRO"};
+  masters[{kPartner, "2"}] = {"OFICINA", "SUL"};
+  masters[{kPartner, "9"}] = {"EXTINTO", "SUL"};
+  masters[{kType, "2"}].accepts = 1;
+  masters[{kType, "3"}].accepts = 2;
+  masters[{kAccount, "8"}].deleted = true;
+  for (const auto table : {kAccount, kType, kCentre, kPartner}) masters[{table, "9"}].inactive = true;
+  masters[{kType, "001"}].inactive = true;
+  return masters;
+}
 
 Company::Company() {
   const auto database = Open();
-  for (const char* row : kMasters) database->Execute(row, db::dbFailOnError);
+  const auto execute = [&](const std::string& sql) { database->Execute(sql, db::dbFailOnError); };
+  execute("INSERT INTO Usuarios (Id,IdLogin,Senha,Inativo,DesUsuario) VALUES (7,'ana','segredo',False,'ANA SOUZA')");
+  execute("INSERT INTO Usuarios (Id,IdLogin,Senha,Inativo,DesUsuario) VALUES (8,'rui','segredo',True,'RUI')");
+  const auto truth = [](bool value) { return value ? ",True" : ",False"; };
   std::int32_t id = 10;
-  const auto add = [&](std::string_view table, std::string_view columns, std::string_view code,
-                       std::string_view description, std::string_view rest) {
-    database->Execute("INSERT INTO " + std::string(table) + " (Id,Codigo," + std::string(columns) + ") VALUES (" +
-                          std::to_string(id++) + ",'" + std::string(code) + "','" + std::string(description) + " " +
-                          std::string(code) + "'," + std::string(rest) + ")",
-                      db::dbFailOnError);
-  };
-  const std::string_view account = "DesConta,Inativa,Excluida";
-  for (const char* code : {"1", "1.1", "1.1.2", "1.1.2.5", "1.2", "1.20", "B", "B.1"}) {
-    add("Contas", account, code, "CONTA", "False,False");
+  for (const auto& [key, master] : MastersOfCompany()) {
+    const auto& [table, code] = key;
+    if (code == "001") continue;  // every new ledger has it
+    const MasterColumns& names = kMasterColumns[table];
+    std::string columns = names.key + std::string(",") + names.description + "," + names.inactive;
+    std::string values = (table == kPartner ? code : "'" + code + "'") + ",'" + master.description + "'";
+    values += truth(master.inactive);
+    if (table == kPartner) {
+      columns += ",Filial";
+      values += ",'" + master.branch + "'";
+    } else {
+      columns += std::string(",Id,") + names.deleted;
+      values += "," + std::to_string(id++) + truth(master.deleted);
+    }
+    if (master.accepts != 0) {
+      columns += ",Tipo";
+      values += "," + std::to_string(master.accepts);
+    }
+    execute("INSERT INTO " + std::string(names.table) + " (" + columns + ") VALUES (" + values + ")");
   }
-  add("Contas", account, "9", "CONTA", "True,False");
-  add("Contas", account, "8", "CONTA", "False,True");
-  const std::string_view type = "DesMovimentacao,Tipo,Inativo,Excluido";
-  for (const char* code : {"0", "00", "0012"}) add("TiposMovimentacoes", type, code, "TIPO", "Null,False,False");
-  add("TiposMovimentacoes", type, "2", "TIPO", "1,False,False");
-  add("TiposMovimentacoes", type, "3", "TIPO", "2,False,False");
-  add("TiposMovimentacoes", type, "9", "TIPO", "Null,True,False");
-  const std::string_view centre = "DesCentroDeCusto,Inativo,Excluido";
-  for (const char* code : {"1", "1.1", "1.10"}) add("CentrosDeCusto", centre, code, "CENTRO", "False,False");
-  add("CentrosDeCusto", centre, "9", "CENTRO", "True,False");
-  database->Close();
 }
 
 void Company::Execute(std::string_view sql) const { Open()->Execute(sql, db::dbFailOnError); }

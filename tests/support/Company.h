@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "common/Session.h"
@@ -18,6 +20,23 @@ namespace tsv::test {
 inline Currency Cents(std::int64_t cents) { return Currency::FromTenThousandths(cents * 100); }
 inline Date Day(int year, int month, int day) { return Date::FromCivil(year, month, day); }
 inline const Date kMoment = Date::FromCivil({2008, 7, 5, 14, 30, 15});
+
+// What entries name.
+enum MasterTable { kAccount, kType, kCentre, kPartner };
+struct Master {
+  std::string description;
+  std::string branch = {};
+  int accepts = 0;  // of types: 1 incoming only, 2 outgoing only
+  bool inactive = false;
+  bool deleted = false;
+};
+using Masters = std::map<std::pair<MasterTable, std::string>, Master>;
+Masters MastersOfCompany();  // the reserved 001 among them
+
+struct MasterColumns {
+  const char *table, *key, *description, *inactive, *deleted;
+};
+extern const MasterColumns kMasterColumns[4];
 
 // A ledger with a small company in it:
 // users ana/segredo (id 7) and rui/segredo (deactivated);

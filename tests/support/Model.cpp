@@ -54,23 +54,6 @@ Model::Row Model::Columns(const Entry& e) {
                e.reversal, e.reversed, e.transfer, account, type, all, centre, partner, e.user, e.version);
 }
 
-Model::Model() {
-  for (const char* code : {"1", "1.1", "1.1.2", "1.1.2.5", "1.2", "1.20", "B", "B.1", "8", "9"}) {
-    masters[{kAccount, code}] = {std::string("CONTA ") + code};
-  }
-  for (const char* code : {"0", "00", "0012", "2", "3", "9"}) masters[{kType, code}] = {std::string("TIPO ") + code};
-  for (const char* code : {"1", "1.1", "1.10", "9"}) masters[{kCentre, code}] = {std::string("CENTRO ") + code};
-  masters[{kType, "001"}] = {"TRANSFERÊNCIA ENTRE CONTAS"};
-  masters[{kPartner, "1"}] = {"PADARIA", "CENTRO"};
-  masters[{kPartner, "2"}] = {"OFICINA", "SUL"};
-  masters[{kPartner, "9"}] = {"EXTINTO", "SUL"};
-  masters[{kType, "2"}].accepts = 1;
-  masters[{kType, "3"}].accepts = 2;
-  masters[{kAccount, "8"}].deleted = true;
-  for (const auto table : {kAccount, kType, kCentre, kPartner}) masters[{table, "9"}].inactive = true;
-  masters[{kType, "001"}].inactive = true;
-}
-
 // Wholly or not at all.
 Model::Outcome Model::Do(const std::function<Ids()>& operation) {
   const State before = state;
@@ -86,13 +69,13 @@ Model::Outcome Model::Do(const std::function<Ids()>& operation) {
   }
 }
 
-const Model::Master& Model::At(Table table, std::string_view code) const {
+const Master& Model::At(MasterTable table, std::string_view code) const {
   static const Master none = {.description = {}, .inactive = true};
   const auto found = masters.find({table, text::Upper(code)});
   return found == masters.end() ? none : found->second;
 }
 
-bool Model::Active(Table table, std::string_view code) const {
+bool Model::Active(MasterTable table, std::string_view code) const {
   const Master& master = At(table, code);
   return !master.inactive && !master.deleted;
 }
@@ -145,7 +128,7 @@ void Model::Record(std::int32_t action, std::int32_t id, bool partialBalances) {
   Row row = Columns(entry);
   row.pop_back();
   if (!partialBalances) row[kPartialBalances] = row[kPartialBalances + 1] = Null();
-  const auto description = [&](Table table, const std::string& code, std::string Master::*text) {
+  const auto description = [&](MasterTable table, const std::string& code, std::string Master::*text) {
     return code.empty() ? Variant(Null()) : Variant(At(table, code).*text);
   };
   const std::string partner = PartnerCode(entry.partner);

@@ -46,16 +46,6 @@ class Model {
     std::vector<Entry> returned;
   };
 
-  enum Table { kAccount, kType, kCentre, kPartner };
-  struct Master {
-    std::string description;
-    std::string branch = {};
-    int accepts = 0;  // of types: 1 incoming only, 2 outgoing only
-    bool inactive = false;
-    bool deleted = false;
-  };
-
-  Model();
   Outcome Post(const Posting& request);
   Outcome Delete(std::int32_t id, std::int32_t version);
   Outcome Settle(const CBaixa& request);
@@ -63,7 +53,7 @@ class Model {
   Outcome Reverse(std::string_view history, std::int32_t id, std::int32_t version);
 
   // What others and the passing of time do to the ledger.
-  std::map<std::pair<Table, std::string>, Master> masters;
+  Masters masters = MastersOfCompany();
   std::int32_t user = 7;
   std::string userName = "ANA SOUZA";
   Date now;
@@ -80,8 +70,8 @@ class Model {
   using Ids = std::vector<std::int32_t>;
   Outcome Do(const std::function<Ids()>& operation);
 
-  const Master& At(Table table, std::string_view code) const;
-  bool Active(Table table, std::string_view code) const;
+  const Master& At(MasterTable table, std::string_view code) const;
+  bool Active(MasterTable table, std::string_view code) const;
   bool AllActive(const Entry& entry) const;
   Entry* Find(std::int32_t id);
   Entry& Find(std::int32_t id, std::int32_t version, std::int32_t refusal, const char* ofOther);
