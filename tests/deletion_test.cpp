@@ -14,22 +14,19 @@ using DeletionTest = LedgerTest;
 
 TEST_F(DeletionTest, RefusalsChangeNothing) {
   const Action remove = [](Tesovia& ledger) { ledger.ExcluirLancamentoTS(1, 0); };
+  const std::string newVersion = "UPDATE Lancamentos SET IdConcorrencia = 1";
   const Action removeUnknown = [](Tesovia& ledger) { ledger.ExcluirLancamentoTS(9, 0); };
-  ExpectRefusals(
-      [](Tesovia& ledger) {
-        test::Post(ledger, {Day(2008, 7, 5), Cents(100), "1.1", "0"});
-      },
-      {{TS_ERRO_EXCLUSAO,
-        kOrigin,
-        {{kDeletionOfOther, {removeUnknown, {remove, "UPDATE Lancamentos SET IdConcorrencia = 1"}}},
-         {kDeletionOfReversed,
-          {{remove, "UPDATE Lancamentos SET Estornado = True, Estorno = True, Transferencia = 1"}}},
-         {kDeletionOfReversal, {{remove, "UPDATE Lancamentos SET Estorno = True, Transferencia = 1"}}},
-         {kNoDeletionJournal, {{remove, Others("DELETE * FROM Lancamentos")}}},
-         {kNotDeleted,
-          {{remove, "UPDATE Lancamentos SET Realizado = ''"},
-           {remove, Others("UPDATE Lancamentos SET IdConcorrencia = 1")}}}}},
-       {3043, kOrigin, {{"disco", {{remove, DiskFails("UPDATE Lancamentos")}, {remove, DiskFails("CommitTrans")}}}}}});
+  const Refusals refusals([](Tesovia& ledger) { test::Post(ledger, {Day(2008, 7, 5), Cents(100), "1.1", "0"}); });
+  refusals.Expect(TS_ERRO_EXCLUSAO, kOrigin, kDeletionOfOther, {removeUnknown, {remove, newVersion}});
+  refusals.Expect(TS_ERRO_EXCLUSAO, kOrigin, kDeletionOfReversed,
+                  {{remove, "UPDATE Lancamentos SET Estornado = True, Estorno = True, Transferencia = 1"}});
+  refusals.Expect(TS_ERRO_EXCLUSAO, kOrigin, kDeletionOfReversal,
+                  {{remove, "UPDATE Lancamentos SET Estorno = True, Transferencia = 1"}});
+  refusals.Expect(TS_ERRO_EXCLUSAO, kOrigin, kNoDeletionJournal, {{remove, Others("DELETE * FROM Lancamentos")}});
+  refusals.Expect(TS_ERRO_EXCLUSAO, kOrigin, kNotDeleted,
+                  {{remove, "UPDATE Lancamentos SET Realizado = ''"}, {remove, Others(newVersion)}});
+  refusals.Expect(3043, kOrigin, "disco",
+                  {{remove, DiskFails("UPDATE Lancamentos")}, {remove, DiskFails("CommitTrans")}});
 }
 
 TEST_F(DeletionTest, RefusedBeforeItIsBusy) {

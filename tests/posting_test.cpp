@@ -39,43 +39,34 @@ TEST_F(PostingTest, RefusalsWriteNothing) {
   };
   const Date day = Day(2008, 7, 5);
   const Action plain = post(kPlain);
-  ExpectRefusals([](Tesovia& ledger) { test::Post(ledger, kPlain); },
-                 {{TS_ERRO_LANCAMENTO,
-                   kOrigin,
-                   {{"Receita/despesa informada para o lançamento não existe.",
-                     {post({day, Cents(1), "1", "77"}), post({day, Cents(1), "1", " 0"})}},
-                    {kOnlyIncoming, {post({day, Cents(-1), "1", "2"})}},
-                    {kOnlyOutgoing, {post({day, Cents(1), "1", "3"})}}}},
-                  {TS_ERRO_LANCAMENTO,
-                   "em CLancamento.Validar",
-                   {{"Faltando informar o valor do lançamento.", {post({day, Cents(0), "1", "2"})}},
-                    {"Faltando informar o código da conta de capital.", {post({day, Cents(1), "", "0"})}}}},
-                  {TS_ERRO_LANCAMENTO,
-                   "em CLancamento.Historico",
-                   {{"Histórico não deve ter mais do que 50 caracteres.",
-                     {post({day, Cents(1), "1", "0", "", 0, std::string(51, 'x')})}}}},
-                  {3075,
-                   kOrigin,
-                   {{db::TextOf(db::EngineError::SyntaxInExpression, ""),
-                     {post({day, Cents(1), "1", "0'"}), post({day, Cents(1), "1' OR '1'='1", "0"}),
-                      post({day, Cents(1), "1", "0", "1'"}), post({day, Cents(1), "1", "0", "", 0, "copo d'água"}),
-                      post({day, Cents(1), "1", "0", "", 0, "x", "a'''b"})}}}},
-                  {TS_ERRO_CARREGAR_LANCAMENTO,
-                   "em Tesovia.CarregarLancamentoTS",
-                   {{"Erro na carga do lançamento id: -5.\nLançamento não localizado.",
-                     {Action([](Tesovia&) { internal::CarregarLancamentoTS(-5); })}}}},
-                  // Only two decimals are stored, so the balances of such an amount never verify.
-                  {TS_ERRO_LOGIN,
-                   "em Module1.VerificarApos",
-                   {{"", {post({day, Currency::FromTenThousandths(100'050), "1", "0"})}}}},
-                  // The last id is never passed, and the keys have room for nine digits.
-                  {6, kOrigin, {{TextOf(RuntimeError::Overflow), {{plain, "UPDATE Serial SET Serial = 2147483647"}}}}},
-                  {3163,
-                   kOrigin,
-                   {{db::TextOf(db::EngineError::TextTooLong, "Lancamentos.DataId"),
-                     {{plain, "UPDATE Serial SET Serial = 999999999"}}}}},
-                  {3043, kOrigin, {{"disco", {{plain, DiskFails("UPDATE Lancamentos")}}}}},
-                  {3043, "em CDaoTrans_ComTrans", {{"disco", {{plain, DiskFails("CommitTrans")}}}}}});
+  const char* ofCheck = "em CLancamento.Validar";
+  const Refusals refusals([](Tesovia& ledger) { test::Post(ledger, kPlain); });
+  refusals.Expect(TS_ERRO_LANCAMENTO, kOrigin, "Receita/despesa informada para o lançamento não existe.",
+                  {post({day, Cents(1), "1", "77"}), post({day, Cents(1), "1", " 0"})});
+  refusals.Expect(TS_ERRO_LANCAMENTO, kOrigin, kOnlyIncoming, {post({day, Cents(-1), "1", "2"})});
+  refusals.Expect(TS_ERRO_LANCAMENTO, kOrigin, kOnlyOutgoing, {post({day, Cents(1), "1", "3"})});
+  refusals.Expect(TS_ERRO_LANCAMENTO, ofCheck, "Faltando informar o valor do lançamento.",
+                  {post({day, Cents(0), "1", "2"})});
+  refusals.Expect(TS_ERRO_LANCAMENTO, ofCheck, "Faltando informar o código da conta de capital.",
+                  {post({day, Cents(1), "", "0"})});
+  refusals.Expect(TS_ERRO_LANCAMENTO, "em CLancamento.Historico", "Histórico não deve ter mais do que 50 caracteres.",
+                  {post({day, Cents(1), "1", "0", "", 0, std::string(51, 'x')})});
+  refusals.Expect(3075, kOrigin, db::TextOf(db::EngineError::SyntaxInExpression, ""),
+                  {post({day, Cents(1), "1", "0'"}), post({day, Cents(1), "1' OR '1'='1", "0"}),
+                   post({day, Cents(1), "1", "0", "1'"}), post({day, Cents(1), "1", "0", "", 0, "copo d'água"}),
+                   post({day, Cents(1), "1", "0", "", 0, "x", "a'''b"})});
+  refusals.Expect(TS_ERRO_CARREGAR_LANCAMENTO, "em Tesovia.CarregarLancamentoTS",
+                  "Erro na carga do lançamento id: -5.\nLançamento não localizado.",
+                  {Action([](Tesovia&) { internal::CarregarLancamentoTS(-5); })});
+  // Only two decimals are stored, so the balances of such an amount never verify.
+  refusals.Expect(TS_ERRO_LOGIN, "em Module1.VerificarApos", "",
+                  {post({day, Currency::FromTenThousandths(100'050), "1", "0"})});
+  // The last id is never passed, and the keys have room for nine digits.
+  refusals.Expect(6, kOrigin, TextOf(RuntimeError::Overflow), {{plain, "UPDATE Serial SET Serial = 2147483647"}});
+  refusals.Expect(3163, kOrigin, db::TextOf(db::EngineError::TextTooLong, "Lancamentos.DataId"),
+                  {{plain, "UPDATE Serial SET Serial = 999999999"}});
+  refusals.Expect(3043, kOrigin, "disco", {{plain, DiskFails("UPDATE Lancamentos")}});
+  refusals.Expect(3043, "em CDaoTrans_ComTrans", "disco", {{plain, DiskFails("CommitTrans")}});
 }
 
 TEST_F(PostingTest, DeactivatedMastersAreToldInABox) {

@@ -20,32 +20,29 @@ TEST_F(ReversalTest, RefusalsChangeNothing) {
   const Action quote = saying("'");
   const std::string tooLong = std::string(50, 'x') + "ç";
   const std::string changed = "UPDATE Lancamentos SET IdConcorrencia = 1";
-  const std::string unrealised = "UPDATE Lancamentos SET Realizado = 'N'";
-  ExpectRefusals(
-      [](Tesovia& ledger) {
-        test::Post(ledger, {Day(2008, 7, 5), Cents(10000), "1.1", "00", "1.1", 1});
-        test::Post(ledger, {Day(2008, 7, 2), Cents(300), "1.1", "00"});
-      },
-      {{TS_ERRO_ESTORNO,
-        kOrigin,
-        {{kReversalOfOther, {saying("'", 9), {quote, changed}}},
-         {kReversalOfUnrealised, {{quote, unrealised}}},
-         {"Caracteres de aspas duplas ou simples não são permitidos em histórico.",
-          {saying("\"" + tooLong), saying("''"), quote}},
-         {kNoReversalHistory, {saying("   "), saying("")}},
-         {"Erro: histórico com mais de 50 caracteres.", {saying(tooLong)}},
-         {kLostSerial, {{reverse, Others("UPDATE Serial SET Serial = 9")}}},
-         {kNotReversed, {{reverse, "UPDATE Lancamentos SET Estornado = True"}, {reverse, Others(changed)}}},
-         {kNoReversalJournal,
-          {{reverse, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 1")},
-           {reverse, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 3", 2)}}},
-         {kReversalDeactivated,
-          {{reverse, "UPDATE Contas SET Inativa = True"},
-           {reverse, Others("UPDATE ParceirosComerciais SET Inativo = True")}}}}},
-       {6, kOrigin, {{TextOf(RuntimeError::Overflow), {{reverse, "UPDATE Serial SET Serial = 2147483647"}}}}},
-       {TS_ERRO_LOGIN, "em Module1.VerificarApos", {{"", {{reverse, OthersDelete(2)}}}}},
-       {3043, kOrigin, {{"disco", {{reverse, DiskFails("INSERT INTO LANCAMENTOS")}}}}},
-       {3043, "em CDaoTrans_ComTrans", {{"disco", {{reverse, DiskFails("CommitTrans")}}}}}});
+  const Refusals refusals([](Tesovia& ledger) {
+    test::Post(ledger, {Day(2008, 7, 5), Cents(10000), "1.1", "00", "1.1", 1});
+    test::Post(ledger, {Day(2008, 7, 2), Cents(300), "1.1", "00"});
+  });
+  refusals.Expect(TS_ERRO_ESTORNO, kOrigin, kReversalOfOther, {saying("'", 9), {quote, changed}});
+  refusals.Expect(TS_ERRO_ESTORNO, kOrigin, kReversalOfUnrealised, {{quote, "UPDATE Lancamentos SET Realizado = 'N'"}});
+  refusals.Expect(TS_ERRO_ESTORNO, kOrigin, "Caracteres de aspas duplas ou simples não são permitidos em histórico.",
+                  {saying("\"" + tooLong), saying("''"), quote});
+  refusals.Expect(TS_ERRO_ESTORNO, kOrigin, kNoReversalHistory, {saying("   "), saying("")});
+  refusals.Expect(TS_ERRO_ESTORNO, kOrigin, "Erro: histórico com mais de 50 caracteres.", {saying(tooLong)});
+  refusals.Expect(TS_ERRO_ESTORNO, kOrigin, kLostSerial, {{reverse, Others("UPDATE Serial SET Serial = 9")}});
+  refusals.Expect(TS_ERRO_ESTORNO, kOrigin, kNotReversed,
+                  {{reverse, "UPDATE Lancamentos SET Estornado = True"}, {reverse, Others(changed)}});
+  refusals.Expect(TS_ERRO_ESTORNO, kOrigin, kNoReversalJournal,
+                  {{reverse, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 1")},
+                   {reverse, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 3", 2)}});
+  refusals.Expect(TS_ERRO_ESTORNO, kOrigin, kReversalDeactivated,
+                  {{reverse, "UPDATE Contas SET Inativa = True"},
+                   {reverse, Others("UPDATE ParceirosComerciais SET Inativo = True")}});
+  refusals.Expect(6, kOrigin, TextOf(RuntimeError::Overflow), {{reverse, "UPDATE Serial SET Serial = 2147483647"}});
+  refusals.Expect(TS_ERRO_LOGIN, "em Module1.VerificarApos", "", {{reverse, OthersDelete(2)}});
+  refusals.Expect(3043, kOrigin, "disco", {{reverse, DiskFails("INSERT INTO LANCAMENTOS")}});
+  refusals.Expect(3043, "em CDaoTrans_ComTrans", "disco", {{reverse, DiskFails("CommitTrans")}});
 }
 
 TEST_F(ReversalTest, ARefusalCarriesTheLastOriginOfTheThread) {

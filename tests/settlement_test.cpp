@@ -78,45 +78,43 @@ TEST_F(SettlementTest, RefusalsChangeNothing) {
   const char* ofUnrealised = "em Tesovia.BaixarNaoRealizado";
   const char* ofLeg = "em Tesovia_BaixaDeTransferencia";
   const char* noJournal = "Erro na gravação de histórico da baixa.\nO lançamento não foi baixado.";
-  ExpectRefusals(
-      [](Tesovia& ledger) {
-        test::Post(ledger, {Day(2008, 7, 5), Cents(10000), "1.1", "00", "1.1", 1});
-        test::Post(ledger, {Day(2008, 7, 2), Cents(300), "1.1", "00"});
-        ledger.FazerTransferenciaTS(Transfer());
-      },
-      {{TS_ERRO_BAIXA,
-        origin,
-        {{kSettlementOfOther, {settle(0, 1, 0, none), settle(99, 1, 0, none), {total, newVersion}}},
-         {"Lançamentos estornados ou que sejam estorno de outro não podem ser baixados.", {{total, reversed}}},
-         {kPartialLeg, {settle(3, 2, -500, kMoment)}}}},
-       {TS_ERRO_JA_BAIXADO,
-        origin,
-        {{"O lançamento já está baixado.",
-          {{settle(1, 3, 0, none), "UPDATE Lancamentos SET Realizado = 'S'"},
-           {total, "UPDATE Lancamentos SET Realizado = ''"}}}}},
-       {11, origin, {{TextOf(RuntimeError::DivisionByZero), {settle(1, 1, 0, none)}}}},
-       {TS_ERRO_BAIXA,
-        ofUnrealised,
-        {{kNotSettled, {{unrealised, "UPDATE Contas SET Inativa = True"}, {unrealised, Others(newVersion)}}},
-         {noJournal, {{unrealised, noEntry}}}}},
-       {TS_ERRO_BAIXA, ofTotal, {{kNotSettled, {{total, Others(newVersion)}}}, {noJournal, {{total, noEntry}}}}},
-       {TS_ERRO_BAIXA,
-        ofPartial,
-        {{kNotSettled, {{partial, Others("UPDATE ParceirosComerciais SET Inativo = True")}}},
-         {"Erro na gravação de histórico da atualização.\nO lançamento não foi atualizado.", {{partial, noEntry}}}}},
-       {TS_ERRO_BAIXA,
-        ofLeg,
-        {{kNoOtherLeg, {{leg, "DELETE * FROM Transferencias"}}},
-         {kLegNotSettled,
-          {{leg, "UPDATE Contas SET Inativa = True WHERE Codigo = 'B'"},
-           {leg, Others(newVersion + ofOther)},
-           {leg, Others(newVersion)}}},
-         {noJournal, {{leg, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 4", 2)}}}}},
-       {TS_ERRO_LOGIN, "em Module1.VerificarApos", {{"", {{total, OthersDelete(2)}, {partial, OthersDelete(2)}}}}},
-       {3043, ofUnrealised, {{"disco", {{unrealised, DiskFails("UPDATE Lancamentos")}}}}},
-       {3043, ofTotal, {{"disco", {{total, DiskFails("UPDATE (")}}}}},
-       {3043, ofPartial, {{"disco", {{partial, DiskFails("UPDATE Lancamentos Set")}}}}},
-       {3043, ofLeg, {{"disco", {{leg, DiskFails("INSERT INTO HISTORICOS", 2)}}}}}});
+  const Refusals refusals([](Tesovia& ledger) {
+    test::Post(ledger, {Day(2008, 7, 5), Cents(10000), "1.1", "00", "1.1", 1});
+    test::Post(ledger, {Day(2008, 7, 2), Cents(300), "1.1", "00"});
+    ledger.FazerTransferenciaTS(Transfer());
+  });
+  refusals.Expect(TS_ERRO_BAIXA, origin, kSettlementOfOther,
+                  {settle(0, 1, 0, none), settle(99, 1, 0, none), {total, newVersion}});
+  refusals.Expect(TS_ERRO_BAIXA, origin, "Lançamentos estornados ou que sejam estorno de outro não podem ser baixados.",
+                  {{total, reversed}});
+  refusals.Expect(TS_ERRO_BAIXA, origin, kPartialLeg, {settle(3, 2, -500, kMoment)});
+  refusals.Expect(TS_ERRO_JA_BAIXADO, origin, "O lançamento já está baixado.",
+                  {{settle(1, 3, 0, none), "UPDATE Lancamentos SET Realizado = 'S'"},
+                   {total, "UPDATE Lancamentos SET Realizado = ''"}});
+  refusals.Expect(11, origin, TextOf(RuntimeError::DivisionByZero), {settle(1, 1, 0, none)});
+  refusals.Expect(TS_ERRO_BAIXA, ofUnrealised, kNotSettled,
+                  {{unrealised, "UPDATE Contas SET Inativa = True"}, {unrealised, Others(newVersion)}});
+  refusals.Expect(TS_ERRO_BAIXA, ofUnrealised, noJournal, {{unrealised, noEntry}});
+  refusals.Expect(TS_ERRO_BAIXA, ofTotal, kNotSettled, {{total, Others(newVersion)}});
+  refusals.Expect(TS_ERRO_BAIXA, ofTotal, noJournal, {{total, noEntry}});
+  refusals.Expect(TS_ERRO_BAIXA, ofPartial, kNotSettled,
+                  {{partial, Others("UPDATE ParceirosComerciais SET Inativo = True")}});
+  refusals.Expect(TS_ERRO_BAIXA, ofPartial,
+                  "Erro na gravação de histórico da atualização.\nO lançamento não foi atualizado.",
+                  {{partial, noEntry}});
+  refusals.Expect(TS_ERRO_BAIXA, ofLeg, kNoOtherLeg, {{leg, "DELETE * FROM Transferencias"}});
+  refusals.Expect(TS_ERRO_BAIXA, ofLeg, kLegNotSettled,
+                  {{leg, "UPDATE Contas SET Inativa = True WHERE Codigo = 'B'"},
+                   {leg, Others(newVersion + ofOther)},
+                   {leg, Others(newVersion)}});
+  refusals.Expect(TS_ERRO_BAIXA, ofLeg, noJournal,
+                  {{leg, Within("INSERT INTO HISTORICOS", "DELETE * FROM Lancamentos WHERE Id = 4", 2)}});
+  refusals.Expect(TS_ERRO_LOGIN, "em Module1.VerificarApos", "",
+                  {{total, OthersDelete(2)}, {partial, OthersDelete(2)}});
+  refusals.Expect(3043, ofUnrealised, "disco", {{unrealised, DiskFails("UPDATE Lancamentos")}});
+  refusals.Expect(3043, ofTotal, "disco", {{total, DiskFails("UPDATE (")}});
+  refusals.Expect(3043, ofPartial, "disco", {{partial, DiskFails("UPDATE Lancamentos Set")}});
+  refusals.Expect(3043, ofLeg, "disco", {{leg, DiskFails("INSERT INTO HISTORICOS", 2)}});
 }
 
 }  // namespace

@@ -59,24 +59,23 @@ Meanwhile DiskFails(std::string at, int time) {
   return {std::move(at), [](const Company&) { throw Erro(3043, "disco"); }, time};
 }
 
-void ExpectRefusals(const Action& given, const std::vector<Refusals>& errors) {
-  const Company company;
+Refusals::Refusals(const Action& given) {
   OnAnotherThread([&] {
     Tesovia tesovia;
-    tesovia.InicializarTS(company.Path(), "ana", "segredo");
+    tesovia.InicializarTS(company_.Path(), "ana", "segredo");
     given(tesovia);
   });
-  company.Keep();
-  for (const auto& [number, origin, refusals] : errors) {
-    for (const auto& [description, attempts] : refusals) {
-      const Erro refusal(number, description, origin);
-      for (std::size_t i = 0; i < attempts.size(); ++i) {
-        SCOPED_TRACE(::testing::Message() << "attempt " << i << " " << attempts[i].before << attempts[i].meanwhile.at
-                                          << ", to be refused with " << refusal);
-        company.Restore();
-        OnAnotherThread([&] { ExpectRefused(company, attempts[i], refusal); });
-      }
-    }
+  company_.Keep();
+}
+
+void Refusals::Expect(std::int32_t number, const char* origin, const std::string& description,
+                      const std::vector<Attempt>& attempts) const {
+  const Erro refusal(number, description, origin);
+  for (const Attempt& attempt : attempts) {
+    SCOPED_TRACE(::testing::Message() << "attempt " << &attempt - attempts.data() << " " << attempt.before
+                                      << attempt.meanwhile.at << ", to be refused with " << refusal);
+    company_.Restore();
+    OnAnotherThread([&] { ExpectRefused(company_, attempt, refusal); });
   }
 }
 

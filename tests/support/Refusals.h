@@ -32,20 +32,19 @@ struct Attempt {
   Meanwhile meanwhile;
 };
 
-// A message, and all that must fail with it and leave the ledger as it was.
-struct Refusal {
-  std::string description;
-  std::vector<Attempt> attempts;
-};
+// A ledger in which something has happened.
+class Refusals {
+ public:
+  explicit Refusals(const Action& given);
 
-struct Refusals {
-  std::int32_t number;
-  const char* origin;
-  std::vector<Refusal> all;
-};
+  // Each attempt fails with this error and leaves the ledger as it was. It is made on a copy, and on a thread that has
+  // met no error yet.
+  void Expect(std::int32_t number, const char* origin, const std::string& description,
+              const std::vector<Attempt>& attempts) const;
 
-// Each attempt is made on a copy of a ledger in which `given` has happened, and on a thread that has met no error yet.
-void ExpectRefusals(const Action& given, const std::vector<Refusals>& errors);
+ private:
+  Company company_;
+};
 
 // All entries, journal rows, links and the serial, as text.
 std::string ContentsOf(const Company& company);
