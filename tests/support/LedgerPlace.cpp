@@ -84,7 +84,10 @@ LedgerPlace::LedgerPlace() : path_(folder_.Path("ledger.tsv")) {
   static std::atomic<int> count = 0;
   database_ = "livro_" + std::to_string(getpid()) + "_" + std::to_string(++count);
   path_ = WithDatabase(Server(), database_);
-  OnServerDo(Server(), "CREATE DATABASE " + database_);
+  // Of a locale that has its own ideas of case and order.
+  OnServerDo(Server(),
+             "CREATE DATABASE " + database_ +
+                 " TEMPLATE template0 ENCODING 'UTF8' LOCALE 'C.UTF-8' LOCALE_PROVIDER icu ICU_LOCALE 'pt-BR'");
 }
 
 LedgerPlace::~LedgerPlace() {
