@@ -5,7 +5,6 @@
 
 #include <random>
 
-#include "db/EngineError.h"
 #include "db/jet/DateLiteral.h"
 #include "db/sqlite/SqliteDialect.h"
 #include "support/Errors.h"

@@ -7,7 +7,6 @@
 #include <fstream>
 #include <iterator>
 
-#include "db/EngineError.h"
 #include "db/Password.h"
 #include "support/Errors.h"
 #include "support/TemporaryLedger.h"

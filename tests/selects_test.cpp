@@ -1,7 +1,6 @@
 // What clients' SELECTs return, held against results that were confirmed on the legacy engine's dialect.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 

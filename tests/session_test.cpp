@@ -1,17 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <new>
 #include <stdexcept>
 
 #include "common/CDaoTrans.h"
 #include "common/CHourGlass.h"
-#include "common/Engines.h"
 #include "common/MessageBox.h"
 #include "db/EngineError.h"
 #include "support/Company.h"
 #include "support/TemporaryLedger.h"
-#include "types/Conversions.h"
 
 using namespace tsv;
 using namespace tsv::test;

@@ -1,11 +1,9 @@
 // What the embedded engine promises: rules under their numbers, transactions, files, recordsets, and its caches.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <sys/resource.h>
 
 #include <csignal>
 
-#include "db/EngineError.h"
 #include "db/sqlite/SqliteDatabase.h"
 #include "support/Errors.h"
 #include "support/JsonValues.h"

@@ -27,7 +27,9 @@ Currency Units(std::int64_t tenThousandths) { return Currency::FromTenThousandth
 
 template <typename Action>
 std::int32_t NumberOf(Action action) {
-  return test::ErrorOf(action).Numero();
+  const Erro erro = test::ErrorOf(action);
+  EXPECT_STRNE(static_cast<const std::exception&>(erro).what(), "");
+  return erro.Numero();
 }
 
 std::string Order(int (*compare)(std::string_view, std::string_view), const Json& pair) {
@@ -90,7 +92,6 @@ TEST(Currency, ArithmeticIsExactUpToItsLimits) {
   EXPECT_EQ(NumberOf([] { return Units(kMost / 2 + 1) * 2; }), 6);
   EXPECT_EQ(NumberOf([] { return Currency::FromInteger(922'337'203'685'478); }), 6);
   EXPECT_EQ(NumberOf([] { return Currency::FromDouble(std::numeric_limits<double>::quiet_NaN()); }), 6);
-  EXPECT_STRNE(test::ErrorOf([] { return -Units(kLeast); }).what(), "");
   Currency amount = Units(kMost);
   EXPECT_EQ(NumberOf([&] { return amount += Units(1); }), 6);
   EXPECT_EQ(amount, Units(kMost));

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "common/Engines.h"
 #include "db/DBEngine.h"
