@@ -30,7 +30,7 @@ class Tesovia {
   // apostrophe in login or password: 3075. After a failure no database is open, whatever was open before.
   void InicializarTS(std::string_view CaminhoBancoDeDados, std::string_view IdUsuario, std::string_view SenhaUsuario);
 
-  // Opens a SELECT of the client's own, read-only, on its first row. Any other statement: 3219.
+  // Opens a SELECT of the client's own, read-only, on its first row. A statement that changes: 3219.
   std::shared_ptr<db::Recordset> AbrirRecordsetTS(std::string_view SQL, db::RecordsetTypeEnum Tipo);
 
   // Posts one forecast entry: positive amounts come in, negative ones go out. Amounts have two decimals. An empty cost

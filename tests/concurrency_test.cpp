@@ -266,6 +266,8 @@ class OwnServer {
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
   }
 
+  void MakeReplica() const { std::ofstream(folder_.Path("pg/data/standby.signal")); }  // when it starts again
+
  private:
   TemporaryFolder folder_;
   std::string before_;
@@ -288,6 +290,29 @@ TEST(Concurrency, ServerThatFallsLosesNothing) {
   });
   ExpectInLedger(ledger, told, before);
   EXPECT_GE(told["done after a lost connection"], static_cast<int>(kProcesses) - 1);  // or waited in a commit
+}
+
+// A replica, which answers in its place, may not have heard of the commit.
+TEST(Concurrency, CommitUnknownToAReplicaIsNotTakenForUndone) {
+  if (!LedgerPlace::OnServer()) GTEST_SKIP() << "of servers only";
+  const OwnServer server;
+  const BusyLedger ledger;
+  const auto falls = std::make_shared<Recorder>();
+  falls->before = [&](std::string_view text) {
+    if (text != "CommitTrans") return;
+    server.Do("kill");
+    server.MakeReplica();
+    server.Do("resume");
+  };
+  Tesovia user;
+  user.InicializarTS(ledger.Path(), "ana", "segredo");
+  CurrentSession().BancoDeDados->Observe(falls);
+  const Erro erro = ErrorOf([&] { Posted("lost", 28).run(user, 0); });
+  EXPECT_EQ(erro.Numero(), static_cast<std::int32_t>(db::EngineError::ConnectionLost)) << erro;
+  EXPECT_NE(erro.Descricao().find("Não se sabe"), std::string::npos) << erro;
+  CurrentSession().BancoDeDados->Observe(nullptr);
+  EXPECT_EQ(ErrorOf([&] { Posted("again", 28).run(user, 0); }).Numero(),
+            static_cast<std::int32_t>(db::EngineError::ReadOnly));
 }
 
 // After a crash the server gives the numbers of its unfinished transactions to new ones.

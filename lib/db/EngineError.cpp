@@ -26,6 +26,8 @@ std::string_view PatternOf(EngineError error) {
       return "O caminho '%' não é válido.";
     case EngineError::CannotOpen:
       return "Não é possível abrir '%': está em uso exclusivo de outro usuário ou falta permissão de acesso.";
+    case EngineError::Interrupted:
+      return "O servidor interrompeu a operação. Tente de novo.";
     case EngineError::TooFewParameters:
       return "Faltam parâmetros: eram esperados %.";
     case EngineError::DuplicateDestination:

@@ -20,6 +20,7 @@ enum class EngineError : std::int32_t {
   DiskError = 3043,
   InvalidPath = 3044,
   CannotOpen = 3051,
+  Interrupted = 3059,
   TooFewParameters = 3061,
   DuplicateDestination = 3063,
   CannotExecuteSelect = 3065,

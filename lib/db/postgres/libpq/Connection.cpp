@@ -70,20 +70,26 @@ std::vector<const char*> Values::Pointers() const {
   return pointers;
 }
 
-Connection::Connection(std::string_view address, std::chrono::milliseconds patience) : patience_(patience) {
-  const std::string given(address);
-  RequireReadable(given);
+Connection::Connection(std::string_view address, std::chrono::milliseconds patience)
+    : address_(address), patience_(patience) {
+  RequireReadable(address_);
+  Open(Hurry::No);
+}
+
+void Connection::Open(Hurry hurry) {
   // A silent network must not leave the writer's place taken, nor a client waiting, for hours.
-  // What the address says goes before what stands before it here.
+  // What the address says goes before what stands before it here, and after what stands behind it.
   const char* const waits = std::getenv("PGCONNECT_TIMEOUT") ? nullptr : "10";
   const char* const names[] = {"fallback_application_name",
                                "keepalives_idle",
+                               "keepalives_interval",
                                "tcp_user_timeout",
                                "connect_timeout",
                                "dbname",
                                "client_encoding",
+                               hurry == Hurry::Yes ? "connect_timeout" : nullptr,
                                nullptr};
-  const char* const values[] = {"tesovia", "30", "60000", waits, given.c_str(), "UTF8", nullptr};
+  const char* const values[] = {"tesovia", "30", "10", "60000", waits, address_.c_str(), "UTF8", "2", nullptr};
   handle_.reset(PQconnectdbParams(names, values, 1));
   if (!handle_) Raise(RuntimeError::OutOfMemory);
   place_ = Option(handle_.get(), PQdb) + "@" + Option(handle_.get(), PQhost);
@@ -105,10 +111,7 @@ void Connection::Greet() {
 }
 
 void Connection::Revive() {
-  if (PQstatus(handle_.get()) == CONNECTION_OK) return;
-  PQreset(handle_.get());
-  if (PQstatus(handle_.get()) != CONNECTION_OK) throw ConnectionError(handle_.get());
-  Greet();
+  if (PQstatus(handle_.get()) != CONNECTION_OK) Open(Hurry::No);
 }
 
 // What was begun stays begun for its owner: nothing runs on a new connection before he has undone it.
@@ -200,8 +203,7 @@ void Connection::SendTogether(std::vector<std::pair<Prepared*, Values>> statemen
   for (const auto& [statement, values] : statements) {
     if (!pooled_) Prepare(*statement);
   }
-  PQenterPipelineMode(handle_.get());
-  bool sent = true;
+  bool sent = PQenterPipelineMode(handle_.get()) != 0;
   for (const auto& [statement, values] : statements) {
     awaited_.push_back(statement);
     sent = sent && Send(*statement, values) != 0;
@@ -228,7 +230,7 @@ Result Connection::Answer() {
 
 // Up to the mark that stands after the last one.
 void Connection::DropAnswers() noexcept {
-  if (PQpipelineStatus(handle_.get()) == PQ_PIPELINE_OFF) return;
+  if (PQpipelineStatus(handle_.get()) == PQ_PIPELINE_OFF) return awaited_.clear();
   for (std::size_t ends = 0; ends <= 2 * awaited_.size() + 1;) {
     PGresult* left = PQgetResult(handle_.get());
     const bool mark = PQresultStatus(left) == PGRES_PIPELINE_SYNC;
@@ -293,8 +295,7 @@ void Connection::Begin() {
 
 void Connection::BeginUnseen() { transaction_ = Execute("BEGIN; SELECT pg_current_xact_id()::text").Bytes(0, 0); }
 
-// When the connection breaks before the answer comes, a new one may ask what became of the transaction. If the server
-// has crashed, its number may have been given away anew: then a committed one may be another's.
+// When the connection breaks before the answer comes, a new one may ask what became of the transaction.
 void Connection::Commit() {
   // The server would roll back and call that a success.
   if (PQtransactionStatus(handle_.get()) == PQTRANS_INERROR)
@@ -308,23 +309,35 @@ void Connection::Commit() {
     if (PQstatus(handle_.get()) == CONNECTION_OK) throw;
   }
   const std::string transaction = std::exchange(transaction_, {});
-  constexpr int kAttempts = 20;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+  constexpr std::chrono::seconds kPatience(10);
+  const auto end = std::chrono::steady_clock::now() + kPatience;
+  while (std::chrono::steady_clock::now() < end) {
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
-    try {
-      const std::string status = Text(
-          "SELECT CASE WHEN $1::xid8 < pg_snapshot_xmax(pg_current_snapshot()) THEN pg_xact_status($1::xid8) "
-          "ELSE 'in progress' END",
-          {transaction});
-      const bool crashed = life_ != life;
-      if (status == "committed" && !crashed) return;
-      if (status == "committed" || status.empty()) break;  // empty: so old that the server has forgotten it
-      if (status == "aborted" || crashed) RaiseLost(kNothingWritten);
-    } catch (const Erro& erro) {
-      if (PQstatus(handle_.get()) == CONNECTION_OK) throw;
-    }
+    const std::string outcome = AskFor(transaction);
+    const bool crashed = life_ != life;
+    if (outcome.empty()) continue;
+    if (outcome == "committed" && !crashed) return;
+    // After a crash the server gives unwritten numbers away anew: a committed one may be another's.
+    if (outcome == "committed" || outcome == "forgotten") break;
+    if (outcome == "aborted" || crashed) RaiseLost(kNothingWritten);
   }
   RaiseLost(kUnknownOutcome);
+}
+
+// What the server tells of the transaction, on a new connection; empty: nothing. A replica may not have heard of it.
+std::string Connection::AskFor(const std::string& transaction) {
+  try {
+    Open(Hurry::Yes);
+    std::string outcome = Text(
+        "SELECT CASE WHEN pg_is_in_recovery() THEN '' "
+        "WHEN $1::xid8 >= pg_snapshot_xmax(pg_current_snapshot()) THEN 'in progress' "
+        "ELSE coalesce(pg_xact_status($1::xid8), 'forgotten') END",
+        {transaction});
+    if (outcome.empty()) handle_.reset();
+    return outcome;
+  } catch (const Erro&) {
+    return {};
+  }
 }
 
 // A transaction that went with its connection is undone already.

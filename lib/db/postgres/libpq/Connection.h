@@ -105,8 +105,11 @@ class Connection {
     void operator()(PGconn* handle) const noexcept { PQfinish(handle); }
   };
 
+  enum class Hurry { No, Yes };
+  void Open(Hurry hurry);
   void Greet();
   void Revive();
+  std::string AskFor(const std::string& transaction);
   void Prepare(Prepared& statement);
   int Send(const Prepared& statement, const Values& values);
   Result Checked(PGresult* result, std::string_view sql);
@@ -114,6 +117,7 @@ class Connection {
   void FreeForgotten();
 
   std::unique_ptr<PGconn, Finisher> handle_;
+  std::string address_;
   std::string place_;
   std::chrono::milliseconds patience_;
   // Behind a pooler that lends a session for one transaction only, nothing can be kept on the server.

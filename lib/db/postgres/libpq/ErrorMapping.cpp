@@ -33,27 +33,40 @@ Erro CheckError(std::string_view constraint) {
   return Numbered(number, constraint.substr(static_cast<std::size_t>(end - constraint.data()) + 1));
 }
 
-// The first quoted name of a statement that the compiler wrote: the table that it changes.
-std::string_view ChangedTable(std::string_view sql) {
+// Of a statement that the compiler wrote it is the table that it changes.
+std::string_view FirstQuotedName(std::string_view sql) {
   const std::size_t begin = sql.find('"');
   const std::size_t end = begin == std::string_view::npos ? begin : sql.find('"', begin + 1);
   return end == std::string_view::npos ? std::string_view() : sql.substr(begin + 1, end - begin - 1);
 }
 
+// The quoted name that stands at the place, which counts characters from 1.
+std::string_view NameAt(std::string_view sql, std::string_view place) {
+  std::size_t character = 0;
+  std::from_chars(place.data(), place.data() + place.size(), character);
+  std::size_t at = 0;
+  for (; at < sql.size() && character > 0; ++at) {
+    const bool continues = (static_cast<unsigned char>(sql[at]) & 0xC0U) == 0x80U;
+    if (!continues && --character == 0) break;
+  }
+  return FirstQuotedName(sql.substr(at));
+}
+
 // The server names the table that refers, whichever side broke the relationship: the statement tells.
 Erro ForeignKeyError(const PGresult* result, std::string_view sql) {
-  const std::string_view table = ChangedTable(sql);
+  const std::string_view table = FirstQuotedName(sql);
   const bool missing = !sql.starts_with("DELETE") && table == Part(result, PG_DIAG_TABLE_NAME);
   return Engine(missing ? EngineError::MissingRelatedRecord : EngineError::RelatedRecords, table);
 }
 
 // Classes of the standard and the server's own, most of them by their first two characters.
-Erro OfState(std::string_view state, const PGresult* result, std::string_view place) {
+Erro OfState(std::string_view state, const PGresult* result, std::string_view sql, std::string_view place) {
   if (state == "25P02") return Engine(EngineError::InvalidOperation, "a transação falhou e só pode ser desfeita");
   if (state == "25006") return Engine(EngineError::ReadOnly);
   if (state == "42501") return Engine(EngineError::CannotOpen, place);
-  if (state == "42P01") return Engine(EngineError::UnknownTable, Part(result, PG_DIAG_TABLE_NAME));
-  if (state == "55P03" || state == "40P01" || state == "40001" || state == "57014") return Engine(EngineError::Locked);
+  if (state == "42P01") return Engine(EngineError::UnknownTable, NameAt(sql, Part(result, PG_DIAG_STATEMENT_POSITION)));
+  if (state == "55P03" || state == "40P01") return Engine(EngineError::Locked);
+  if (state == "40001" || state == "57014") return Engine(EngineError::Interrupted);
   if (state == "22003") return Runtime(RuntimeError::Overflow);
   if (state == "22012") return Runtime(RuntimeError::DivisionByZero);
   if (state == "53200") return Runtime(RuntimeError::OutOfMemory);
@@ -84,7 +97,7 @@ Erro ErrorOf(const PGresult* result, std::string_view sql, std::string_view plac
     return Engine(EngineError::RequiredField,
                   std::string(Part(result, PG_DIAG_TABLE_NAME)).append(".").append(Part(result, PG_DIAG_COLUMN_NAME)));
   }
-  return OfState(state, result, place);
+  return OfState(state, result, sql, place);
 }
 
 // libpq's reason is its first line, after the name of the server.

@@ -56,11 +56,12 @@ void CreateFirstSchema(Connection& connection) {
 void FillNewLedger(Connection& connection, std::string_view password) {
   if (connection.Text("SHOW server_encoding") != "UTF8")
     Refuse(connection, "O banco de dados deve usar a codificação UTF8.");
-  if (!connection.Text("SELECT 'x' FROM pg_namespace WHERE nspname = 'tesovia'").empty())
-    throw Erro(static_cast<std::int32_t>(EngineError::DatabaseExists),
-               "O banco de dados '" + connection.Place() + "' já tem um livro-caixa, ou outro esquema 'tesovia'.");
   connection.BeginUnseen();
   try {
+    connection.Execute("SELECT pg_advisory_xact_lock(1414747698, 2)");  // two who make it at once
+    if (!connection.Text("SELECT 'x' FROM pg_namespace WHERE nspname = 'tesovia'").empty())
+      throw Erro(static_cast<std::int32_t>(EngineError::DatabaseExists),
+                 "O banco de dados '" + connection.Place() + "' já tem um livro-caixa, ou outro esquema 'tesovia'.");
     CreateFirstSchema(connection);
     const std::string salt = connection.Text("SELECT replace(gen_random_uuid()::text, '-', '')");
     Store(connection, "sal", salt);
