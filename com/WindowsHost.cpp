@@ -1,5 +1,6 @@
 #include "WindowsHost.h"
 
+#include <optional>
 #include <string>
 
 namespace tsv::com {
@@ -10,10 +11,14 @@ std::wstring Wide(std::string_view utf8) {
   return {text.Raw().bstrVal, SysStringLen(text.Raw().bstrVal)};
 }
 
-void Discard(UINT first, UINT last) {
+// The end of the program comes whatever is asked for, and is not input: its code is given back.
+std::optional<int> Discard(UINT first, UINT last) {
+  std::optional<int> end;
   MSG message;
   while (PeekMessageA(&message, nullptr, first, last, PM_REMOVE)) {
+    if (message.message == WM_QUIT) end = static_cast<int>(message.wParam);
   }
+  return end;
 }
 
 }  // namespace
@@ -30,8 +35,9 @@ std::int32_t WindowsHost::MessageBox(std::string_view prompt, std::int32_t butto
 }
 
 void WindowsHost::DiscardPendingInput() {
-  Discard(WM_KEYFIRST, WM_KEYFIRST + 8);
-  Discard(WM_MOUSEFIRST, WM_MOUSEFIRST + 9);
+  const auto end = Discard(WM_KEYFIRST, WM_KEYFIRST + 8);
+  const auto later = Discard(WM_MOUSEFIRST, WM_MOUSEFIRST + 9);
+  if (end || later) PostQuitMessage(end ? *end : *later);
 }
 
 }  // namespace tsv::com
