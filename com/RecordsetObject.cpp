@@ -4,6 +4,7 @@
 
 #include "CollectionObject.h"
 #include "Values.h"
+#include "db/EngineError.h"
 #include "db/dao/windows/AutomationRecordset.h"
 #include "types/Conversions.h"
 
@@ -24,18 +25,34 @@ db::Field FieldOf(const db::Recordset& rows, const OleValue& nameOrIndex) {
   return rows.Fields(index < 0 ? rows.FieldCount() : static_cast<std::size_t>(index));
 }
 
+// A part of a recordset, which can only be read.
+class RowsPart : public ScriptObject {
+ protected:
+  explicit RowsPart(Rows rows) : rows_(std::move(rows)) {}
+
+  virtual OleValue Read(DISPID member, Arguments& arguments) = 0;
+
+  Rows rows_;
+
+ private:
+  OleValue Run(DISPID member, WORD flags, Arguments& arguments) final {
+    if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) db::Raise(db::EngineError::ReadOnly);
+    return Read(member, arguments);
+  }
+};
+
 enum FieldMember : DISPID { kValue = DISPID_VALUE, kName, kType };
 
-class FieldObject final : public ScriptObject {
+class FieldObject final : public RowsPart {
  public:
-  FieldObject(Rows rows, db::Field field) : rows_(std::move(rows)), field_(field) {}
+  FieldObject(Rows rows, db::Field field) : RowsPart(std::move(rows)), field_(field) {}
 
  private:
   std::span<const Member> Members() const override {
     static constexpr Member members[] = {{L"Value", kValue}, {L"Name", kName}, {L"Type", kType}};
     return members;
   }
-  OleValue Run(DISPID member, WORD, Arguments&) override {
+  OleValue Read(DISPID member, Arguments&) override {
     switch (member) {
       case kValue:
         return OleValue(field_.Value());
@@ -48,7 +65,6 @@ class FieldObject final : public ScriptObject {
     }
   }
 
-  Rows rows_;
   db::Field field_;
 };
 
@@ -56,16 +72,16 @@ OleValue NewField(const Rows& rows, db::Field field) { return Returned(new Field
 
 enum FieldsMember : DISPID { kItem = DISPID_VALUE, kCount };
 
-class FieldsObject final : public ScriptObject {
+class FieldsObject final : public RowsPart {
  public:
-  explicit FieldsObject(Rows rows) : rows_(std::move(rows)) {}
+  explicit FieldsObject(Rows rows) : RowsPart(std::move(rows)) {}
 
  private:
   std::span<const Member> Members() const override {
     static constexpr Member members[] = {{L"Item", kItem}, {L"Count", kCount}};
     return members;
   }
-  OleValue Run(DISPID member, WORD, Arguments& arguments) override {
+  OleValue Read(DISPID member, Arguments& arguments) override {
     switch (member) {
       case kItem:
         if (arguments.size() != 1) Raise(RuntimeError::InvalidArgument);
@@ -86,8 +102,6 @@ class FieldsObject final : public ScriptObject {
     enumerator.Raw().vt = VT_UNKNOWN;
     return enumerator;
   }
-
-  Rows rows_;
 };
 
 enum RecordsetMember : DISPID {
@@ -103,9 +117,9 @@ enum RecordsetMember : DISPID {
   kClose
 };
 
-class RecordsetObject final : public ScriptObject {
+class RecordsetObject final : public RowsPart {
  public:
-  explicit RecordsetObject(Rows rows) : rows_(std::move(rows)) {}
+  explicit RecordsetObject(Rows rows) : RowsPart(std::move(rows)) {}
 
  private:
   std::span<const Member> Members() const override {
@@ -116,7 +130,7 @@ class RecordsetObject final : public ScriptObject {
     return members;
   }
 
-  OleValue Run(DISPID member, WORD, Arguments& arguments) override {
+  OleValue Read(DISPID member, Arguments& arguments) override {
     switch (member) {
       case kFields:
         // rs("Id") and rs.Fields("Id") come in one step, rs.Fields alone is the collection.
@@ -165,8 +179,6 @@ class RecordsetObject final : public ScriptObject {
     }
     return table;
   }
-
-  Rows rows_;
 };
 
 }  // namespace
