@@ -68,7 +68,13 @@ Target TargetOf(ITypeInfo* description, const ELEMDESC& parameter) {
   return target;
 }
 
-// The argument as the declared type; none is zero or empty.
+bool IsNothing(const VARIANT& argument) {
+  OleValue plain;
+  if (FAILED(VariantCopyInd(&plain.Raw(), const_cast<VARIANT*>(&argument)))) return false;
+  return (plain.Raw().vt == VT_DISPATCH || plain.Raw().vt == VT_UNKNOWN) && !plain.Raw().punkVal;
+}
+
+// The argument as the declared type; none is zero or empty. Whether there must be an object is the member's to say.
 OleValue Converted(const Target& target, const VARIANT* argument) {
   OleValue converted;
   VARIANT& out = converted.Raw();
@@ -77,13 +83,13 @@ OleValue Converted(const Target& target, const VARIANT* argument) {
     return converted;
   }
   if (target.type == VT_UNKNOWN || target.type == VT_DISPATCH) {
-    if (!argument) Raise(RuntimeError::ObjectNotSet);
+    out.vt = target.type;
+    if (!argument || IsNothing(*argument)) return converted;
     const ComPointer<IDispatch> object = ObjectOf(*argument);
     const IID& wanted = target.type == VT_DISPATCH ? IID_IDispatch : target.interfaceId;
     void* reference = nullptr;
     if (FAILED(object->QueryInterface(wanted, &reference))) Raise(RuntimeError::TypeMismatch);
     out.punkVal = static_cast<IUnknown*>(reference);
-    out.vt = target.type;
     return converted;
   }
   const Variant value = argument ? ValueOf(*argument) : Variant(Empty());
@@ -109,23 +115,30 @@ OleValue Converted(const Target& target, const VARIANT* argument) {
 bool IsMissing(const VARIANT& argument) { return argument.vt == VT_ERROR && argument.scode == DISP_E_PARAMNOTFOUND; }
 
 // Which argument, counted as the caller stored them, each parameter takes.
-std::vector<std::optional<UINT>> Places(const Function& function, const DISPPARAMS& given) {
-  std::vector<std::optional<UINT>> places(function.Count());
-  for (UINT i = given.cNamedArgs; i < given.cArgs; ++i) {
-    const std::size_t position = given.cArgs - 1 - i;
-    if (position < places.size()) places[position] = i;
+using Places = std::vector<std::optional<UINT>>;
+
+HRESULT FindPlaces(const Function& function, const DISPPARAMS& given, Places& places, UINT& wrong) {
+  places.resize(function.Count());
+  std::size_t takes = function.Count();
+  while (takes > 0 && function.Is(takes - 1, PARAMFLAG_FRETVAL)) --takes;
+  if (given.cArgs > takes) return DISP_E_BADPARAMCOUNT;
+  for (UINT i = given.cNamedArgs; i < given.cArgs; ++i) places[given.cArgs - 1 - i] = i;
+  for (wrong = 0; wrong < given.cNamedArgs; ++wrong) {
+    const DISPID name = given.rgdispidNamedArgs[wrong];
+    const bool isNewValue = name == DISPID_PROPERTYPUT && function->invkind != INVOKE_FUNC;
+    const std::size_t position = isNewValue ? takes - 1 : static_cast<std::size_t>(name);
+    if (position >= takes || places[position]) return DISP_E_PARAMNOTFOUND;
+    places[position] = wrong;
   }
-  for (UINT i = 0; i < given.cNamedArgs; ++i) {
-    const DISPID name = given.rgdispidNamedArgs[i];
-    const std::size_t position = name == DISPID_PROPERTYPUT ? places.size() - 1 : static_cast<std::size_t>(name);
-    if (position < places.size()) places[position] = i;
-  }
-  return places;
+  return S_OK;
 }
 
 HRESULT Call(ITypeInfo* description, IDispatch* object, const Function& function, const DISPPARAMS& given,
-             OleValue& returned, VARTYPE& returnedType, UINT& wrong) {
-  const auto places = Places(function, given);
+             OleValue& returned, bool& ran, UINT& wrong) {
+  Places places;
+  const HRESULT found = FindPlaces(function, given, places, wrong);
+  if (FAILED(found)) return found;
+  VARTYPE returnedType = VT_VARIANT;
   std::deque<OleValue> values;  // their addresses stay
   std::vector<VARIANT> pointers;
   for (std::size_t i = 0; i < function.Count(); ++i) {
@@ -155,15 +168,17 @@ HRESULT Call(ITypeInfo* description, IDispatch* object, const Function& function
   }
   VARIANT outcome = {};
   SetErrorInfo(0, nullptr);
+  ran = true;
   const HRESULT called = DispCallFunc(object, static_cast<ULONG_PTR>(function->oVft), function->callconv, VT_ERROR,
                                       static_cast<UINT>(arguments.size()), types.data(), arguments.data(), &outcome);
-  return FAILED(called) ? called : outcome.scode;
+  if (FAILED(called) || FAILED(outcome.scode)) return FAILED(called) ? called : outcome.scode;
+  if (returnedType != VT_VARIANT) returned.Raw().vt = returnedType;
+  return S_OK;
 }
 
-// What the member returned, as a value of its own kind; objects as dispatch objects.
-void Give(OleValue returned, VARTYPE type, VARIANT* result) {
+// What the member returned; objects as dispatch objects.
+void Give(OleValue returned, VARIANT* result) {
   VARIANT& raw = returned.Raw();
-  if (type != VT_VARIANT) raw.vt = type;
   if (raw.vt == VT_UNKNOWN && raw.punkVal) {
     IDispatch* object = nullptr;
     if (SUCCEEDED(raw.punkVal->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&object)))) {
@@ -184,6 +199,7 @@ HRESULT InvokeMember(ITypeInfo* description, IDispatch* object, DISPID member, W
   if (!description || !given) return E_FAIL;
   if (result) VariantInit(result);
   UINT wrong = 0;
+  bool ran = false;
   HRESULT outcome = S_OK;
   const HRESULT converted = Guarded(IID_NULL, [&] {
     const Function function(description, member, flags);
@@ -192,13 +208,12 @@ HRESULT InvokeMember(ITypeInfo* description, IDispatch* object, DISPID member, W
       return;
     }
     OleValue returned;
-    VARTYPE returnedType = VT_EMPTY;
-    outcome = Call(description, object, function, *given, returned, returnedType, wrong);
-    if (SUCCEEDED(outcome) && result && returnedType != VT_EMPTY) Give(std::move(returned), returnedType, result);
+    outcome = Call(description, object, function, *given, returned, ran, wrong);
+    if (SUCCEEDED(outcome) && result) Give(std::move(returned), result);
   });
   if (SUCCEEDED(outcome) && SUCCEEDED(converted)) return S_OK;
   if (wrongArgument) *wrongArgument = wrong;
-  if (outcome == DISP_E_MEMBERNOTFOUND || outcome == DISP_E_PARAMNOTOPTIONAL) return outcome;
+  if (SUCCEEDED(converted) && !ran) return outcome;
   return TakeFailure(FAILED(converted) ? converted : outcome, report);
 }
 

@@ -12,7 +12,6 @@ HRESULT STDMETHODCALLTYPE LancamentoObject::Validar(VARIANT_BOOL* completo) noex
 HRESULT STDMETHODCALLTYPE LancamentoObject::CarregarDeRegistro(IDispatch** rs) noexcept {
   if (!rs) return E_POINTER;
   return Do([&] {
-    if (!*rs) Raise(RuntimeError::ObjectNotSet);
     value_->CarregarDeRegistro(db::dao::AutomationRecordset(db::dao::LateBound(ComPointer<IDispatch>::Sharing(*rs))));
   });
 }

@@ -3,6 +3,7 @@
 #include "CollectionObject.h"
 #include "LancamentoObject.h"
 #include "RecordsetObject.h"
+#include "Requests.h"
 #include "Values.h"
 
 namespace tsv::com {
@@ -31,6 +32,7 @@ std::string TextProperty(Request* request, HRESULT (STDMETHODCALLTYPE Request::*
 
 CTransferencia Copied(_CTransferencia* request) {
   using Request = _CTransferencia;
+  if (!request) Raise(RuntimeError::ObjectNotSet);
   CTransferencia copy;
   copy.CodContaOrigem(TextProperty(request, &Request::get_CodContaOrigem));
   copy.CodContaDestino(TextProperty(request, &Request::get_CodContaDestino));
@@ -45,6 +47,7 @@ CTransferencia Copied(_CTransferencia* request) {
 
 CBaixa Copied(_CBaixa* request) {
   using Request = _CBaixa;
+  if (!request) Raise(RuntimeError::ObjectNotSet);
   OleValue realised;
   realised.Raw() = Property(request, &Request::get_DataRealizacao);
   CBaixa copy;
@@ -105,9 +108,8 @@ HRESULT STDMETHODCALLTYPE TesoviaObject::BaixarLancamentoTS(_CBaixa** Baixa, _CL
   if (!AllGiven(Baixa, lancamento)) return E_POINTER;
   *lancamento = nullptr;
   return Do([&] {
-    if (!*Baixa) Raise(RuntimeError::ObjectNotSet);
-    CBaixa request = Copied(*Baixa);
-    *lancamento = NewLancamento(tesovia_.BaixarLancamentoTS(request));
+    CBaixa request;
+    *lancamento = NewLancamento(internal::BaixarLancamentoTS([&]() -> CBaixa& { return request = Copied(*Baixa); }));
   });
 }
 
@@ -116,10 +118,11 @@ HRESULT STDMETHODCALLTYPE TesoviaObject::FazerTransferenciaTS(_CTransferencia** 
   if (!AllGiven(Transferencia, lancamentos)) return E_POINTER;
   *lancamentos = nullptr;
   return Do([&] {
-    if (!*Transferencia) Raise(RuntimeError::ObjectNotSet);
-    const CTransferencia request = Copied(*Transferencia);
+    CTransferencia request;
+    const Collection entries =
+        internal::FazerTransferenciaTS([&]() -> const CTransferencia& { return request = Copied(*Transferencia); });
     ComPointer<CollectionObject> legs(new CollectionObject);
-    for (const auto& leg : tesovia_.FazerTransferenciaTS(request)) {
+    for (const auto& leg : entries) {
       legs->Append(OleValue(ComPointer<_CLancamento>(NewLancamento(leg)).Get()));
     }
     *lancamentos = legs.Detach();

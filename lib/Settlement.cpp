@@ -229,9 +229,10 @@ void BaixaDeTransferencia(CBaixa& baixa) {
 
 }  // namespace
 
-std::shared_ptr<CLancamento> Tesovia::BaixarLancamentoTS(CBaixa& Baixa) {
+std::shared_ptr<CLancamento> internal::BaixarLancamentoTS(const std::function<CBaixa&()>& baixa) {
   return UnderHandler("em Tesovia.BaixarLancamentoTS", [&] {
     BancoAberto();
+    CBaixa& Baixa = baixa();
     internal::AnexarLancamento(
         Baixa, internal::CarregarVersao(Baixa.IdLancamento(), Baixa.IdConcorrencia(), TS_ERRO_BAIXA,
                                         "O lançamento não foi localizado ou outro usuário o alterou enquanto você o "
@@ -251,6 +252,10 @@ std::shared_ptr<CLancamento> Tesovia::BaixarLancamentoTS(CBaixa& Baixa) {
     }
     return lancamento;
   });
+}
+
+std::shared_ptr<CLancamento> Tesovia::BaixarLancamentoTS(CBaixa& Baixa) {
+  return internal::BaixarLancamentoTS([&]() -> CBaixa& { return Baixa; });
 }
 
 }  // namespace tsv

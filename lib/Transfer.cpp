@@ -4,6 +4,7 @@
 
 #include "EntryColumns.h"
 #include "Loading.h"
+#include "Requests.h"
 #include "Tesovia.h"
 #include "TransferLegs.h"
 #include "common/Balances.h"
@@ -129,9 +130,10 @@ Collection Load(const NewLeg& outgoing, const NewLeg& incoming) {
 
 }  // namespace
 
-Collection Tesovia::FazerTransferenciaTS(const CTransferencia& Transferencia) {
+Collection internal::FazerTransferenciaTS(const std::function<const CTransferencia&()>& transferencia) {
   return UnderHandler("em Tesovia.FazerTransferenciaTS", [&] {
     BancoAberto();
+    const CTransferencia& Transferencia = transferencia();
     std::optional<CHourGlass> busy(std::in_place);
     const Date date = Transferencia.DataDaTransferencia();
     const Currency valor = Transferencia.Valor().Abs();
@@ -153,6 +155,10 @@ Collection Tesovia::FazerTransferenciaTS(const CTransferencia& Transferencia) {
     transaction.ComTrans();
     return legs;
   });
+}
+
+Collection Tesovia::FazerTransferenciaTS(const CTransferencia& Transferencia) {
+  return internal::FazerTransferenciaTS([&]() -> const CTransferencia& { return Transferencia; });
 }
 
 }  // namespace tsv

@@ -7,10 +7,14 @@
 #include "db/dao/windows/LateBound.h"
 #include "support/Company.h"
 #include "types/Conversions.h"
+#include "types/Erro.h"
 
+using tsv::Erro;
 using tsv::ToText;
 using tsv::Variant;
+using tsv::db::dao::ArgumentsOf;
 using tsv::db::dao::ComPointer;
+using tsv::db::dao::LateBound;
 using tsv::db::dao::OleValue;
 using tsv::db::dao::TextOf;
 using tsv::db::dao::ValueOf;
@@ -206,6 +210,158 @@ TEST(EarlyBinding, TheServerStaysLoaded) {
   FreeLibrary(server);
   ComPointer<_CLancamento> entry;
   EXPECT_EQ(Post(*tesovia.Get(), "1.1", entry.Receive()), S_OK);
+}
+
+LateBound Late(const auto& object) { return LateBound(ComPointer<IDispatch>::Sharing(object.Get())); }
+
+template <typename Action>
+Erro RaisedBy(Action&& action) {
+  try {
+    action();
+  } catch (const Erro& erro) {
+    return erro;
+  }
+  return Erro(0);
+}
+
+template <typename... Objects>
+LateBound::Arguments Passing(const Objects&... objects) {
+  LateBound::Arguments arguments;
+  (arguments.push_back(OleValue(objects.Object())), ...);
+  return arguments;
+}
+
+OleValue Decimal(std::uint64_t digits, BYTE decimals) {
+  OleValue value;
+  value.Raw().decVal.Lo64 = digits;
+  value.Raw().decVal.scale = decimals;
+  value.Raw().vt = VT_DECIMAL;
+  return value;
+}
+
+TEST(LateBinding, AFieldOfARecordsetStandsForItsValue) {
+  const Apartment apartment;
+  const Company company;
+  const auto tesovia = LoggedIn(company);
+  ComPointer<_CLancamento> posted;
+  ASSERT_EQ(Post(*tesovia.Get(), "1.1", posted.Receive()), S_OK);
+  const LateBound entry = Late(posted);
+  const LateBound ledger = Late(tesovia);
+  const LateBound rows =
+      ledger.ObjectFrom(L"AbrirRecordsetTS", ArgumentsOf(std::string("Select * From Lancamentos"), std::int32_t{4}));
+  const auto field = [&](std::string name) { return rows.ObjectFrom(L"Fields", ArgumentsOf(std::move(name))); };
+
+  entry.Put(L"Valor", OleValue(Variant(std::int32_t{5})));
+  entry.Put(L"Valor", OleValue(field("Valor").Object()));
+  EXPECT_EQ(ToText(ValueOf(entry.Get(L"Valor").Raw())), "123,45");
+  entry.Put(L"DataVencimento", OleValue(field("Data").Object()));
+  EXPECT_EQ(ToText(ValueOf(entry.Get(L"DataVencimento").Raw())), "05/07/2008");
+  EXPECT_EQ(RaisedBy([&] { entry.Put(L"Valor", OleValue(entry.Object())); }).Numero(), 13) << "it has no value";
+  EXPECT_EQ(RaisedBy([&] { field("Valor").Put(L"Value", OleValue(Variant(std::int32_t{99}))); }).Numero(), 3027);
+  EXPECT_EQ(ToText(ValueOf(field("Valor").Get(L"Value").Raw())), "123,45");
+  ledger.Call(L"ExcluirLancamentoTS", Passing(field("Id"), field("IdConcorrencia")));
+}
+
+TEST(LateBinding, NumbersKeepTheirDecimals) {
+  const Apartment apartment;
+  const LateBound entry = Late(Create<_CLancamento>(CLSID_CLancamento));
+  const auto kept = [&](OleValue value) {
+    entry.Put(L"Valor", std::move(value));
+    return ToText(ValueOf(entry.Get(L"Valor").Raw()));
+  };
+  OleValue single;
+  single.Raw().fltVal = 1234.56F;
+  single.Raw().vt = VT_R4;
+  EXPECT_EQ(kept(std::move(single)), "1234,56");
+  EXPECT_EQ(kept(Decimal(9'999'999'999'999'999, 2)), "99999999999999,99");
+  EXPECT_EQ(kept(Decimal(123'456'789, 6)), "123,4568") << "more decimals than an amount has";
+}
+
+TEST(LateBinding, ArgumentsThatNoParameterTakesAreRefused) {
+  const Apartment apartment;
+  const Company company;
+  const auto tesovia = LoggedIn(company);
+  ComPointer<_CLancamento> entry;
+  ASSERT_EQ(Post(*tesovia.Get(), "1.1", entry.Receive()), S_OK);
+  const wchar_t* names[] = {L"ExcluirLancamentoTS", L"IdLancamento", L"IdConcorrencia"};
+  DISPID ids[std::size(names)] = {};
+  ASSERT_EQ(tesovia->GetIDsOfNames(IID_NULL, const_cast<LPOLESTR*>(names), std::size(names), 0, ids), S_OK);
+  VARIANT numbers[4] = {};
+  for (VARIANT& number : numbers) number.vt = VT_I4;
+  numbers[1].lVal = numbers[3].lVal = 1;
+  const auto remove = [&](UINT count, std::vector<DISPID> named) {
+    DISPPARAMS given = {numbers, named.data(), count, static_cast<UINT>(named.size())};
+    return tesovia->Invoke(ids[0], IID_NULL, 0, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr);
+  };
+  EXPECT_EQ(remove(4, {}), DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(remove(2, {7}), DISP_E_PARAMNOTFOUND);
+  EXPECT_EQ(remove(2, {ids[1]}), DISP_E_PARAMNOTFOUND) << "given by its place too";
+  EXPECT_EQ(remove(2, {ids[2], ids[2]}), DISP_E_PARAMNOTFOUND) << "given twice";
+  EXPECT_EQ(remove(2, {DISPID_PROPERTYPUT}), DISP_E_PARAMNOTFOUND) << "no property";
+  EXPECT_EQ(remove(2, {}), S_OK);
+}
+
+TEST(LateBinding, ErrorsComeFromTheRoutineThatTookTheArguments) {
+  const Apartment apartment;
+  const Company company;
+  const LateBound ledger = Late(Create<_Tesovia>(CLSID_Tesovia));
+  const auto refusal = [&](const wchar_t* member) {
+    return RaisedBy([&] { ledger.Call(member, Passing(LateBound())); });
+  };
+  EXPECT_EQ(refusal(L"BaixarLancamentoTS").Numero(), static_cast<std::int32_t>(TS_ERRO_NAO_INICIALIZADO));
+  EXPECT_EQ(refusal(L"FazerTransferenciaTS").Numero(), static_cast<std::int32_t>(TS_ERRO_NAO_INICIALIZADO));
+  ledger.Call(L"InicializarTS", ArgumentsOf(std::string(company.Path()), std::string("ana"), std::string("segredo")));
+  EXPECT_EQ(refusal(L"BaixarLancamentoTS").Numero(), 91);
+  EXPECT_EQ(refusal(L"BaixarLancamentoTS").Origem(), "em Tesovia.BaixarLancamentoTS");
+  EXPECT_EQ(refusal(L"FazerTransferenciaTS").Numero(), 91);
+  EXPECT_EQ(refusal(L"FazerTransferenciaTS").Origem(), "em Tesovia.FazerTransferenciaTS");
+
+  const LateBound entry = Late(Create<_CLancamento>(CLSID_CLancamento));
+  const LateBound rows =
+      ledger.ObjectFrom(L"AbrirRecordsetTS", ArgumentsOf(std::string("Select * From Lancamentos"), std::int32_t{4}));
+  rows.Call(L"Close");
+  const Erro closed = RaisedBy([&] { entry.Call(L"CarregarDeRegistro", Passing(rows)); });
+  EXPECT_EQ(closed.Numero(), 3420);
+  EXPECT_EQ(closed.Origem(), "Em CLancamento.CarregarDeRegistro");
+  const Erro none = RaisedBy([&] { entry.Call(L"CarregarDeRegistro", Passing(LateBound())); });
+  EXPECT_EQ(none.Numero(), 91);
+  EXPECT_EQ(none.Origem(), "Em CLancamento.CarregarDeRegistro");
+}
+
+TEST(LateBinding, AResultThatNobodyTakesIsReleased) {
+  const Apartment apartment;
+  const Company company;
+  {
+    const auto tesovia = LoggedIn(company);
+    // A script's statement that ignores what the method returns.
+    const wchar_t* name = L"FazerLancamentoTS";
+    DISPID member = 0;
+    ASSERT_EQ(tesovia->GetIDsOfNames(IID_NULL, const_cast<LPOLESTR*>(&name), 1, 0, &member), S_OK);
+    auto values = ArgumentsOf(std::string("0"), std::string("1.1"), std::string("h"), std::int32_t{7}, Day(2008, 7, 5),
+                              Day(2008, 7, 5));
+    std::vector<VARIANT> raw;
+    for (OleValue& value : values) raw.push_back(value.Raw());
+    DISPPARAMS given = {raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
+    EXPECT_EQ(tesovia->Invoke(member, IID_NULL, 0, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr), S_OK);
+  }
+  using CanUnload = HRESULT(STDAPICALLTYPE*)();
+  const auto canUnload = reinterpret_cast<CanUnload>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"TsvLib2.dll"), "DllCanUnloadNow")));
+  ASSERT_NE(canUnload, nullptr);
+  EXPECT_EQ(canUnload(), S_OK);
+}
+
+TEST(EarlyBinding, APendingEndOfTheProgramOutlivesAnOperation) {
+  const Apartment apartment;
+  const Company company;
+  const auto tesovia = LoggedIn(company);
+  PostQuitMessage(7);
+  ComPointer<_CLancamento> entry;
+  EXPECT_EQ(Post(*tesovia.Get(), "1.1", entry.Receive()), S_OK);
+  MSG message = {};
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT) DispatchMessageW(&message);
+  EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+  EXPECT_EQ(message.wParam, 7U);
 }
 
 // Answers the message box that the thread shows next, and keeps its text.

@@ -1,7 +1,5 @@
 #include "db/dao/windows/AutomationRecordset.h"
 
-#include <utility>
-
 #include "types/Conversions.h"
 
 namespace tsv::db::dao {
@@ -11,13 +9,20 @@ Variant Read(const LateBound& object, const wchar_t* name) { return ValueOf(obje
 
 }  // namespace
 
-AutomationRecordset::AutomationRecordset(LateBound recordset) : recordset_(std::move(recordset)) {
+const std::vector<std::string>& AutomationRecordset::Names() const {
+  if (!names_.empty()) return names_;
   const LateBound fields = recordset_.ObjectFrom(L"Fields");
   const std::int32_t count = ToLong(Read(fields, L"Count"));
+  std::vector<std::string> names;
   for (std::int32_t i = 0; i < count; ++i) {
-    names_.push_back(ToText(Read(fields.ObjectFrom(L"Item", ArgumentsOf(i)), L"Name")));
+    names.push_back(ToText(Read(fields.ObjectFrom(L"Item", ArgumentsOf(i)), L"Name")));
   }
-  values_.resize(names_.size());
+  values_.resize(names.size());
+  return names_ = std::move(names);
+}
+
+LateBound AutomationRecordset::FieldAt(std::size_t index) const {
+  return recordset_.ObjectFrom(L"Fields").ObjectFrom(L"Item", ArgumentsOf(Names()[index]));
 }
 
 bool AutomationRecordset::BOF() const { return ToBoolean(Read(recordset_, L"BOF")); }
@@ -27,13 +32,11 @@ bool AutomationRecordset::EndOfFile() const { return ToBoolean(Read(recordset_, 
 std::int32_t AutomationRecordset::RecordCount() const { return ToLong(Read(recordset_, L"RecordCount")); }
 
 DataTypeEnum AutomationRecordset::TypeAt(std::size_t index) const {
-  const LateBound field = recordset_.ObjectFrom(L"Fields").ObjectFrom(L"Item", ArgumentsOf(names_[index]));
-  return static_cast<DataTypeEnum>(ToLong(Read(field, L"Type")));
+  return static_cast<DataTypeEnum>(ToLong(Read(FieldAt(index), L"Type")));
 }
 
 const Variant& AutomationRecordset::ValueAt(std::size_t index) const {
-  const LateBound field = recordset_.ObjectFrom(L"Fields").ObjectFrom(L"Item", ArgumentsOf(names_[index]));
-  return values_[index] = Read(field, L"Value");
+  return values_[index] = Read(FieldAt(index), L"Value");
 }
 
 }  // namespace tsv::db::dao

@@ -10,24 +10,6 @@ namespace {
 
 constexpr std::int32_t kNoSuchMember = 438;
 
-// What an object tells of its failure, freed with it.
-struct Failure : EXCEPINFO {
-  Failure() noexcept : EXCEPINFO{} {}
-  ~Failure() {
-    SysFreeString(bstrSource);
-    SysFreeString(bstrDescription);
-    SysFreeString(bstrHelpFile);
-  }
-  Failure(const Failure&) = delete;
-  Failure& operator=(const Failure&) = delete;
-
-  [[noreturn]] void Raise() {
-    if (pfnDeferredFillIn) pfnDeferredFillIn(this);
-    const std::int32_t number = wCode != 0 ? wCode : automation::NumberOf(scode);
-    throw Erro(number, TextOf(bstrDescription), TextOf(bstrSource));
-  }
-};
-
 [[noreturn]] void RaiseResult(HRESULT result) {
   if (result == DISP_E_UNKNOWNNAME || result == DISP_E_MEMBERNOTFOUND) {
     throw Erro(kNoSuchMember, "O objeto não tem esse membro.");
@@ -65,11 +47,7 @@ OleValue LateBound::Invoke(const wchar_t* name, WORD flags, Arguments& arguments
   const bool puts = (flags & DISPATCH_PROPERTYPUT) != 0;
   DISPPARAMS parameters = {reversed.data(), puts ? &put : nullptr, static_cast<UINT>(reversed.size()), puts ? 1u : 0u};
   OleValue result;
-  Failure failure;
-  UINT wrong = 0;
-  const HRESULT outcome = object_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
-                                          puts ? nullptr : &result.Raw(), &failure, &wrong);
-  if (outcome == DISP_E_EXCEPTION) failure.Raise();
+  const HRESULT outcome = CallMember(*object_.Get(), member, flags, parameters, puts ? nullptr : &result.Raw());
   if (FAILED(outcome)) RaiseResult(outcome);
   return result;
 }

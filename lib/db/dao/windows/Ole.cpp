@@ -1,5 +1,8 @@
 #include "db/dao/windows/Ole.h"
 
+#include <charconv>
+#include <iterator>
+#include <limits>
 #include <new>
 
 #include "types/AutomationValues.h"
@@ -47,6 +50,61 @@ struct Filling {
 // The platform's functions only read it, but do not say so.
 VARIANT* Read(const VARIANT& value) { return const_cast<VARIANT*>(&value); }
 
+// What an object tells of its failure, freed with it.
+struct Failure : EXCEPINFO {
+  Failure() noexcept : EXCEPINFO{} {}
+  ~Failure() {
+    SysFreeString(bstrSource);
+    SysFreeString(bstrDescription);
+    SysFreeString(bstrHelpFile);
+  }
+  Failure(const Failure&) = delete;
+  Failure& operator=(const Failure&) = delete;
+
+  [[noreturn]] void Raise() {
+    if (pfnDeferredFillIn) pfnDeferredFillIn(this);
+    const std::int32_t number = wCode != 0 ? wCode : automation::NumberOf(scode);
+    throw Erro(number, TextOf(bstrDescription), TextOf(bstrSource));
+  }
+};
+
+// The digits that its writer meant, which are fewer than those of its binary value.
+double Widened(float value) {
+  char text[32] = {};
+  const char* end = std::to_chars(std::begin(text), std::end(text), value).ptr;
+  double wide = value;
+  std::from_chars(text, end, wide);
+  return wide;
+}
+
+double AsDouble(const VARIANT& value) {
+  OleValue number;
+  if (FAILED(VariantChangeType(&number.Raw(), Read(value), 0, VT_R8))) Raise(RuntimeError::Overflow);
+  return number.Raw().dblVal;
+}
+
+// An amount while it is one: neither a double nor every platform's own conversion keeps the cents of large ones.
+Variant DecimalValue(const VARIANT& value) {
+  constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
+  const DECIMAL& given = value.decVal;
+  std::uint64_t units = given.Lo64;
+  int scale = given.scale;
+  for (; scale > 4 && units % 10 == 0; --scale) units /= 10;
+  for (; scale < 4 && units <= most / 10; ++scale) units *= 10;
+  if (scale != 4 || given.Hi32 != 0 || units > most) return AsDouble(value);
+  const auto amount = static_cast<std::int64_t>(units);
+  return Currency::FromTenThousandths((given.sign & DECIMAL_NEG) != 0 ? -amount : amount);
+}
+
+OleValue DefaultValue(IDispatch& object) {
+  DISPPARAMS none = {};
+  OleValue value;
+  if (FAILED(CallMember(object, DISPID_VALUE, DISPATCH_PROPERTYGET | DISPATCH_METHOD, none, &value.Raw()))) {
+    Raise(RuntimeError::TypeMismatch);
+  }
+  return value;
+}
+
 }  // namespace
 
 OleValue::OleValue(const Variant& value) : OleValue() { std::visit(Filling{value_}, value); }
@@ -64,6 +122,7 @@ OleValue::OleValue(const OleValue& other) : OleValue() {
 Variant ValueOf(const VARIANT& value) {
   OleValue plain;
   if (FAILED(VariantCopyInd(&plain.Raw(), Read(value)))) Raise(RuntimeError::TypeMismatch);
+  if (plain.Raw().vt == VT_DISPATCH && plain.Raw().pdispVal) plain = DefaultValue(*plain.Raw().pdispVal);
   const VARIANT& v = plain.Raw();
   switch (v.vt) {
     case VT_EMPTY:
@@ -84,7 +143,7 @@ Variant ValueOf(const VARIANT& value) {
     case VT_INT:
       return std::int32_t{v.lVal};
     case VT_R4:
-      return double{v.fltVal};
+      return Widened(v.fltVal);
     case VT_R8:
       return v.dblVal;
     case VT_CY:
@@ -96,11 +155,9 @@ Variant ValueOf(const VARIANT& value) {
     case VT_UI4:
     case VT_I8:
     case VT_UI8:
-    case VT_DECIMAL: {
-      OleValue number;
-      if (FAILED(VariantChangeType(&number.Raw(), Read(v), 0, VT_R8))) Raise(RuntimeError::Overflow);
-      return number.Raw().dblVal;
-    }
+      return AsDouble(v);
+    case VT_DECIMAL:
+      return DecimalValue(v);
     default:
       Raise(RuntimeError::TypeMismatch);
   }
@@ -115,6 +172,14 @@ ComPointer<IDispatch> ObjectOf(const VARIANT& value) {
   ComPointer<IDispatch> object;
   if (FAILED(v.punkVal->QueryInterface(IID_IDispatch, object.ReceiveAny()))) Raise(RuntimeError::TypeMismatch);
   return object;
+}
+
+HRESULT CallMember(IDispatch& object, DISPID member, WORD flags, DISPPARAMS& given, VARIANT* result) {
+  Failure failure;
+  UINT wrong = 0;
+  const HRESULT outcome = object.Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &given, result, &failure, &wrong);
+  if (outcome == DISP_E_EXCEPTION) failure.Raise();
+  return outcome;
 }
 
 BSTR NewBstr(std::string_view utf8) {

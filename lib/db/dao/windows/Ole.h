@@ -75,11 +75,16 @@ class OleValue {
   VARIANT value_;
 };
 
-// The value of an automation value, through a reference if it is one. A kind that the domain does not know raises 13.
+// The value of an automation value, through a reference if it is one; an object stands for its default value. A kind
+// that the domain does not know, or an object without one, raises 13.
 Variant ValueOf(const VARIANT& value);
 
 // The object in an automation value; none raises 91, no object 13.
 ComPointer<IDispatch> ObjectOf(const VARIANT& value);
+
+// Calls a member of an object. An error that the object raises becomes an Erro with its number, text and source; what
+// automation itself refuses is returned.
+HRESULT CallMember(IDispatch& object, DISPID member, WORD flags, DISPPARAMS& given, VARIANT* result);
 
 BSTR NewBstr(std::string_view utf8);  // the caller's to free
 std::string TextOf(BSTR text);        // null is the empty text
